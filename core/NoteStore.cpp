@@ -1,0 +1,236 @@
+#include "core/NoteStore.h"
+
+#include "core/CoreLog.h"
+#include "core/NotesJson.h"
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+
+NoteStore::NoteStore(const QString &dataDirectory, Clock clock, QObject *parent)
+    : QObject(parent), m_file(dataDirectory), m_clock(std::move(clock))
+{
+    m_saveWorkItem.setSingleShot(true);
+    m_saveWorkItem.setTimerType(Qt::PreciseTimer);
+    m_saveWorkItem.setInterval(500ms);
+    connect(&m_saveWorkItem, &QTimer::timeout, this, [this] { performSave(false); });
+
+    m_saveQueue.setObjectName(u"org.plim.Plim.save"_s);
+    m_saveQueue.setMaxThreadCount(1); // one write at a time, in the order they were asked for
+    m_saveQueue.setThreadPriority(QThread::LowPriority);
+
+    m_file.createDirectories();
+    load();
+    if (QCoreApplication *application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, &NoteStore::flush);
+}
+
+NoteStore::~NoteStore()
+{
+    m_saveQueue.waitForDone();
+}
+
+QString NoteStore::defaultDataDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Plim"_s;
+}
+
+void NoteStore::setNotes(NoteArray notes)
+{
+    if (m_notes == notes)
+        return;
+    m_notes = std::move(notes);
+    m_rowsAreStale = true;
+    announce({});
+}
+
+const Note *NoteStore::note(const QUuid &noteID) const
+{
+    const qsizetype row = indexOf(noteID);
+    return row < 0 ? nullptr : &m_notes[row];
+}
+
+qsizetype NoteStore::indexOf(const QUuid &noteID) const
+{
+    if (m_rowsAreStale)
+        buildIndex();
+    return m_rows.value(noteID, -1);
+}
+
+QUuid NoteStore::addNote()
+{
+    Note note = Note::fresh(m_clock());
+    const QUuid id = note.id;
+    m_notes.insert(0, std::move(note));
+    m_rowsAreStale = true;
+    announce({.kind = NotesChange::Kind::Inserted, .ids = {id}, .rows = {0}});
+    return id;
+}
+
+void NoteStore::updateNote(Note note)
+{
+    const QUuid id = note.id;
+    const qsizetype row = indexOf(id);
+    if (row < 0)
+        return;
+    note.updatedAt = m_clock();
+    m_notes.replace(row, std::move(note));
+    announce({.kind = NotesChange::Kind::Updated, .ids = {id}, .rows = {row}});
+}
+
+void NoteStore::setArchived(bool isArchived, const QSet<QUuid> &noteIDs)
+{
+    const QList<qsizetype> rows = rowsOf(noteIDs);
+    if (rows.isEmpty())
+        return;
+    const Timestamp now = m_clock();
+    for (const qsizetype row : rows) {
+        Note note = m_notes[row];
+        note.isArchived = isArchived;
+        note.updatedAt = now;
+        m_notes.replace(row, std::move(note));
+    }
+    announce({.kind = NotesChange::Kind::Updated, .ids = idsAt(rows), .rows = rows});
+}
+
+void NoteStore::deleteNote(const QUuid &noteID)
+{
+    const qsizetype row = indexOf(noteID);
+    if (row < 0)
+        return;
+    m_notes.removeAt(row);
+    m_rowsAreStale = true;
+    announce({.kind = NotesChange::Kind::Deleted, .ids = {noteID}, .rows = {row}});
+}
+
+void NoteStore::deleteNotes(const QSet<QUuid> &noteIDs)
+{
+    const QList<qsizetype> rows = rowsOf(noteIDs);
+    if (rows.isEmpty())
+        return;
+    const QList<QUuid> ids = idsAt(rows);
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row)
+        m_notes.removeAt(*row);
+    m_rowsAreStale = true;
+    announce({.kind = NotesChange::Kind::Deleted, .ids = ids, .rows = rows});
+}
+
+void NoteStore::moveNote(const QUuid &noteID, const QUuid &targetID)
+{
+    const qsizetype from = indexOf(noteID);
+    const qsizetype target = indexOf(targetID);
+    if (noteID == targetID || from < 0 || target < 0)
+        return;
+    relocate(from, from < target ? target - 1 : target);
+}
+
+void NoteStore::moveNoteToEnd(const QUuid &noteID)
+{
+    const qsizetype from = indexOf(noteID);
+    if (from >= 0)
+        relocate(from, m_notes.size() - 1);
+}
+
+void NoteStore::save()
+{
+    m_saveWorkItem.start();
+}
+
+void NoteStore::flush()
+{
+    m_saveWorkItem.stop();
+    if (m_hasContent)
+        performSave(true);
+}
+
+std::vector<NotesBackup> NoteStore::availableBackups() const
+{
+    return m_file.availableBackups();
+}
+
+void NoteStore::performSave(bool sync)
+{
+    m_saveQueue.start([this, notes = m_notes, file = m_file] {
+        bool ok = false;
+        if (const std::optional<QByteArray> bytes = encodeNotes(notes)) {
+            const std::optional<QString> error = file.write(*bytes);
+            ok = !error;
+            if (error)
+                qCWarning(plimCore).noquote() << u"Nie udało się zapisać notatek: "_s + *error;
+        } else {
+            qCWarning(plimCore, "Plim: encode failed");
+        }
+        // The store outlives its jobs, and is only told, not touched.
+        QMetaObject::invokeMethod(
+            this,
+            [this, ok] {
+                Q_EMIT
+                saved(ok);
+            },
+            Qt::QueuedConnection);
+    });
+    if (sync)
+        m_saveQueue.waitForDone();
+}
+
+void NoteStore::announce(const NotesChange &change)
+{
+    m_hasContent = true;
+    Q_EMIT
+    notesChanged(change);
+}
+
+void NoteStore::relocate(qsizetype from, qsizetype to)
+{
+    if (from == to)
+        return;
+    Note note = m_notes.takeAt(from);
+    const QUuid id = note.id;
+    m_notes.insert(to, std::move(note));
+    m_rowsAreStale = true;
+    announce({.kind = NotesChange::Kind::Moved, .ids = {id}, .rows = {}, .from = from, .to = to});
+}
+
+void NoteStore::buildIndex() const
+{
+    m_rows.clear();
+    m_rows.reserve(m_notes.size());
+    qsizetype row = 0;
+    for (const Note &note : m_notes) {
+        if (!m_rows.contains(note.id))
+            m_rows.insert(note.id, row);
+        ++row;
+    }
+    m_rowsAreStale = false;
+}
+
+/// The rows of every note with one of the ids, ascending. A damaged file may hold an id twice, so
+/// this looks at the notes and not only at each id's first one.
+QList<qsizetype> NoteStore::rowsOf(const QSet<QUuid> &noteIDs) const
+{
+    QList<qsizetype> rows;
+    if (noteIDs.isEmpty())
+        return rows;
+    qsizetype row = 0;
+    for (const Note &note : m_notes) {
+        if (noteIDs.contains(note.id))
+            rows.append(row);
+        ++row;
+    }
+    return rows;
+}
+
+QList<QUuid> NoteStore::idsAt(const QList<qsizetype> &rows) const
+{
+    QList<QUuid> ids;
+    ids.reserve(rows.size());
+    for (const qsizetype row : rows)
+        ids.append(m_notes[row].id);
+    return ids;
+}

@@ -1,0 +1,177 @@
+#include "core/String+HTML.h"
+
+#include <QRegularExpression>
+#include <QTextDocument>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+QRegularExpression compiled(const QString &pattern, QRegularExpression::PatternOptions options = {})
+{
+    QRegularExpression regex(pattern, options);
+    if (!regex.isValid())
+        qFatal("The pattern %ls does not compile", qUtf16Printable(pattern));
+    regex.optimize();
+    return regex;
+}
+
+constexpr QRegularExpression::PatternOptions headingOptions =
+    QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption;
+
+/// The same text, place for place, without the half surrogate pairs that make any match fail.
+QString matchable(const QString &text)
+{
+    if (text.isValidUtf16())
+        return text;
+    QString mended = text;
+    for (qsizetype i = 0; i < mended.size(); ++i) {
+        if (mended.at(i).isHighSurrogate() && i + 1 < mended.size() &&
+            mended.at(i + 1).isLowSurrogate())
+            ++i;
+        else if (mended.at(i).isSurrogate())
+            mended[i] = QChar::ReplacementCharacter;
+    }
+    return mended;
+}
+
+QString withoutTags(const QString &html)
+{
+    // No tag ends behind the last '>': looking there would search a run of '<' to its end from
+    // each.
+    const qsizetype end = html.lastIndexOf(u'>') + 1;
+    QString text = matchable(html.left(end));
+    text.replace(tagRegex(), u" "_s);
+    text += QStringView(html).sliced(end);
+    return text;
+}
+
+QString decodeReferences(const QString &text, const QRegularExpression &regex, int base)
+{
+    constexpr qulonglong codePointEnd = 0x110000;
+    const QString source = matchable(text);
+    QString decoded;
+    qsizetype copied = 0;
+    for (auto it = regex.globalMatch(source); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        bool isNumber = false;
+        const qulonglong code = match.capturedView(1).toULongLong(&isNumber, base);
+        if (!isNumber || code >= codePointEnd || QChar::isSurrogate(static_cast<char32_t>(code)))
+            continue;
+        decoded += QStringView(text).sliced(copied, match.capturedStart() - copied);
+        decoded += QChar::fromUcs4(static_cast<char32_t>(code));
+        copied = match.capturedEnd();
+    }
+    if (copied == 0)
+        return text;
+    decoded += QStringView(text).sliced(copied);
+    return decoded;
+}
+
+/// Note HTML must not make a conversion read files: style sheets and pictures stay unloaded.
+class PlainTextDocument : public QTextDocument
+{
+protected:
+    QVariant loadResource(int, const QUrl &) override { return {}; }
+};
+} // namespace
+
+const QRegularExpression &tagRegex()
+{
+    static const QRegularExpression regex = compiled(u"<[^>]+>"_s);
+    return regex;
+}
+
+const QRegularExpression &h1Regex()
+{
+    static const QRegularExpression regex = compiled(u"<h1[^>]*>(.*?)</h1>"_s, headingOptions);
+    return regex;
+}
+
+const QRegularExpression &h1FullRegex()
+{
+    static const QRegularExpression regex = compiled(u"<h1[^>]*>.*?</h1>"_s, headingOptions);
+    return regex;
+}
+
+std::optional<FirstHeading> firstHeading(const QString &html)
+{
+    // The first "<h1" decides: what a later one needs, a '>' and an "</h1>" behind it, the first
+    // has as well. Trying each of many unclosed ones would be quadratic.
+    const qsizetype start = html.indexOf("<h1"_L1, 0, Qt::CaseInsensitive);
+    if (start < 0)
+        return std::nullopt;
+    const QRegularExpressionMatch match =
+        h1Regex().match(matchable(html), start, QRegularExpression::NormalMatch,
+                        QRegularExpression::AnchorAtOffsetMatchOption);
+    if (!match.hasMatch())
+        return std::nullopt;
+    return FirstHeading{start, match.capturedLength(),
+                        QStringView(html).sliced(match.capturedStart(1), match.capturedLength(1))};
+}
+
+QString fastStrippingHTML(const QString &html)
+{
+    QString text = withoutTags(html);
+    if (text.contains(u'&')) {
+        replaceEach(text, "&nbsp;"_L1, u' ');
+        replaceEach(text, "&#160;"_L1, u' ');
+        // "&amp;" goes before "&lt;", so "&amp;lt;" comes out as "<". Lists can live with that.
+        replaceEach(text, "&amp;"_L1, u'&');
+        replaceEach(text, "&lt;"_L1, u'<');
+        replaceEach(text, "&gt;"_L1, u'>');
+        replaceEach(text, "&quot;"_L1, u'"');
+        replaceEach(text, "&#39;"_L1, u'\'');
+        replaceEach(text, "&apos;"_L1, u'\'');
+        if (text.contains("&#"_L1))
+            text = decodeNumericEntities(text);
+    }
+    replaceEach(text, "  "_L1, u' ');
+    return text;
+}
+
+QString slowStrippingHTML(const QString &html)
+{
+    if (!html.isValidUtf16())
+        return html;
+    QString source = html;
+    source.remove(QChar::Null); // would end the text for the importer
+    PlainTextDocument document;
+    document.setUndoRedoEnabled(false);
+    document.setHtml(source);
+    // No-break spaces come out as plain ones, so that words divide where they look divided.
+    QString text = document.toPlainText();
+    text.remove(QChar::ObjectReplacementCharacter); // the place of a picture
+    return text;
+}
+
+QString decodeNumericEntities(const QString &text)
+{
+    static const QRegularExpression decimal = compiled(u"&#(\\d+);"_s);
+    static const QRegularExpression hexadecimal = compiled(u"&#x([0-9a-fA-F]+);"_s);
+    constexpr int decimalBase = 10;
+    constexpr int hexadecimalBase = 16;
+    return decodeReferences(decodeReferences(text, decimal, decimalBase), hexadecimal,
+                            hexadecimalBase);
+}
+
+void replaceEach(QString &text, QLatin1StringView pattern, QChar replacement)
+{
+    qsizetype found = text.indexOf(pattern);
+    if (found < 0)
+        return;
+    // QString::replace moves the whole tail once per thousand hits, too often in a large note.
+    QChar *const data = text.data();
+    qsizetype written = found;
+    while (found >= 0) {
+        data[written++] = replacement;
+        const qsizetype rest = found + pattern.size();
+        found = QStringView(text).indexOf(pattern, rest);
+        const qsizetype end = found < 0 ? text.size() : found;
+        std::copy(data + rest, data + end, data + written);
+        written += end - rest;
+    }
+    text.truncate(written);
+}
