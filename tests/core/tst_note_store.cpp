@@ -1,0 +1,463 @@
+#include "core/NoteStore.h"
+
+#include "core/NotesJson.h"
+#include "tests/core/DataDirectory.h"
+#include "tests/core/Duration.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <limits>
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+constexpr Timestamp loaded{1000};
+
+Note named(const QString &title)
+{
+    Note note = Note::fresh(loaded);
+    note.body = u"<h1>"_s + title + u"</h1>"_s;
+    return note;
+}
+
+/// A store of the notes A, B, C … in a directory of its own, with a clock the test sets.
+struct Fixture {
+    explicit Fixture(int count = 3)
+    {
+        NoteArray notes;
+        for (int i = 0; i < count; ++i)
+            notes.append(named(QString(QChar(u'A' + i))));
+        store.setNotes(notes);
+    }
+
+    [[nodiscard]] QUuid id(qsizetype row) const { return store.notes()[row].id; }
+    [[nodiscard]] QString order() const
+    {
+        QString order;
+        for (const Note &note : store.notes())
+            order += note.headingText();
+        return order;
+    }
+
+    DataDirectory data;
+    Timestamp now = loaded;
+    NoteStore store{data.path(), [this] { return now; }};
+};
+
+class ChangeSpy : public QObject
+{
+public:
+    explicit ChangeSpy(const NoteStore &store)
+    {
+        connect(&store, &NoteStore::notesChanged, this,
+                [this](const NotesChange &change) { changes.push_back(change); });
+    }
+    std::vector<NotesChange> changes;
+};
+
+NoteArray notesIn(const DataDirectory &data, const QString &name = u"notes.json"_s)
+{
+    return decodeNotes(data.read(name), {}).value_or(NoteArray{named(u"undecodable"_s)});
+}
+} // namespace
+
+class TestNoteStore : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void newNotesComeFirst()
+    {
+        Fixture f(1);
+        f.now = {2000};
+        const ChangeSpy spy(f.store);
+        const QUuid first = f.store.addNote();
+        const QUuid second = f.store.addNote();
+        QCOMPARE(f.store.notes().size(), 3);
+        QCOMPARE(f.id(0), second);
+        QCOMPARE(f.id(1), first);
+        QCOMPARE(f.store.notes()[0].body, u"<h1><br></h1>"_s);
+        QVERIFY(f.store.notes()[0].createdAt == f.now);
+        QVERIFY(f.store.notes()[0].updatedAt == f.now);
+        QCOMPARE(spy.changes.size(), 2U);
+        QVERIFY((spy.changes[1] ==
+                 NotesChange{.kind = NotesChange::Kind::Inserted, .ids = {second}, .rows = {0}}));
+    }
+
+    void updatingTakesTheValuesAndDatesThem()
+    {
+        Fixture f;
+        const ChangeSpy spy(f.store);
+        f.now = {2000};
+        Note changed = f.store.notes()[1];
+        changed.color = u"pink"_s;
+        changed.updatedAt = {5};
+        f.store.updateNote(changed);
+        changed.updatedAt = f.now;
+        QVERIFY(f.store.notes()[1] == changed);
+        QVERIFY(f.store.notes()[1].createdAt == loaded);
+
+        f.now = {3000};
+        f.store.updateNote(changed);
+        QVERIFY(f.store.notes()[1].updatedAt == f.now);
+        QCOMPARE(spy.changes.size(), 2U);
+        QVERIFY(
+            (spy.changes[0] ==
+             NotesChange{.kind = NotesChange::Kind::Updated, .ids = {changed.id}, .rows = {1}}));
+    }
+
+    void archivingDatesTheNotesNamed()
+    {
+        Fixture f;
+        const ChangeSpy spy(f.store);
+        f.now = {2000};
+        f.store.setArchived(true, {f.id(0), QUuid::createUuid()});
+        QVERIFY(f.store.notes()[0].isArchived);
+        QVERIFY(f.store.notes()[0].updatedAt == f.now);
+        for (const qsizetype row : {1, 2}) {
+            QVERIFY(!f.store.notes()[row].isArchived);
+            QVERIFY(f.store.notes()[row].updatedAt == loaded);
+        }
+        f.store.setArchived(false, {f.id(2), f.id(0)});
+        QVERIFY(!f.store.notes()[0].isArchived);
+        QCOMPARE(f.order(), u"ABC"_s);
+        QCOMPARE(spy.changes.size(), 2U);
+        QVERIFY((spy.changes[1] == NotesChange{.kind = NotesChange::Kind::Updated,
+                                               .ids = {f.id(0), f.id(2)},
+                                               .rows = {0, 2}}));
+    }
+
+    void deletingKeepsTheOthersInOrder()
+    {
+        Fixture f(5);
+        const ChangeSpy spy(f.store);
+        const QUuid b = f.id(1);
+        const QUuid d = f.id(3);
+        const QUuid e = f.id(4);
+        f.store.deleteNotes({e, b, QUuid::createUuid()});
+        QCOMPARE(f.order(), u"ACD"_s);
+        f.store.deleteNote(d);
+        QCOMPARE(f.order(), u"AC"_s);
+        QVERIFY(!f.store.note(d));
+        QCOMPARE(spy.changes.size(), 2U);
+        QVERIFY((spy.changes[0] ==
+                 NotesChange{.kind = NotesChange::Kind::Deleted, .ids = {b, e}, .rows = {1, 4}}));
+        QVERIFY((spy.changes[1] ==
+                 NotesChange{.kind = NotesChange::Kind::Deleted, .ids = {d}, .rows = {2}}));
+    }
+
+    void moving_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("target");
+        QTest::addColumn<QString>("order");
+        QTest::addColumn<int>("to");
+        QTest::newRow("A before A") << 0 << 0 << u"ABC"_s << -1;
+        QTest::newRow("A before B") << 0 << 1 << u"ABC"_s << -1;
+        QTest::newRow("A before C") << 0 << 2 << u"BAC"_s << 1;
+        QTest::newRow("C before A") << 2 << 0 << u"CAB"_s << 0;
+        QTest::newRow("C before B") << 2 << 1 << u"ACB"_s << 1;
+        QTest::newRow("A to the end") << 0 << -1 << u"BCA"_s << 2;
+        QTest::newRow("C to the end") << 2 << -1 << u"ABC"_s << -1;
+    }
+    void moving()
+    {
+        QFETCH(int, from);
+        QFETCH(int, target);
+        QFETCH(int, to);
+        Fixture f;
+        f.now = {2000};
+        const ChangeSpy spy(f.store);
+        const QUuid moved = f.id(from);
+        if (target < 0)
+            f.store.moveNoteToEnd(moved);
+        else
+            f.store.moveNote(moved, f.id(target));
+        QTEST(f.order(), "order");
+        for (const Note &note : f.store.notes())
+            QVERIFY(note.updatedAt == loaded);
+        QCOMPARE(spy.changes.size(), to < 0 ? 0U : 1U);
+        if (to >= 0) {
+            QVERIFY((spy.changes[0] == NotesChange{.kind = NotesChange::Kind::Moved,
+                                                   .ids = {moved},
+                                                   .rows = {},
+                                                   .from = from,
+                                                   .to = to}));
+            QCOMPARE(f.store.indexOf(moved), to);
+        }
+    }
+
+    void unknownIdsChangeNothing()
+    {
+        Fixture f;
+        const ChangeSpy spy(f.store);
+        const NoteArray before = f.store.notes();
+        const QUuid unknown = QUuid::createUuid();
+        f.store.updateNote(named(u"unknown"_s));
+        f.store.setArchived(true, {unknown});
+        f.store.setArchived(true, {});
+        f.store.deleteNote(unknown);
+        f.store.deleteNotes({unknown});
+        f.store.deleteNotes({});
+        f.store.moveNote(unknown, f.id(0));
+        f.store.moveNote(f.id(0), unknown);
+        f.store.moveNote(unknown, unknown);
+        f.store.moveNoteToEnd(unknown);
+        f.store.setNotes(before);
+        QVERIFY(f.store.notes() == before);
+        QVERIFY(spy.changes.empty());
+        QVERIFY(!f.store.note(unknown));
+        QCOMPARE(f.store.indexOf(unknown), -1);
+    }
+
+    void ofTwoNotesWithOneIdTheFirstIsMeant()
+    {
+        Fixture f(0);
+        Note first = named(u"A"_s);
+        Note second = named(u"B"_s);
+        second.id = first.id;
+        f.store.setNotes({first, named(u"C"_s), second});
+        QCOMPARE(f.store.indexOf(first.id), 0);
+        first.color = u"red"_s;
+        f.store.updateNote(first);
+        QCOMPARE(f.store.notes()[2].color, u"yellow"_s);
+        f.store.setArchived(true, {first.id});
+        QVERIFY(f.store.notes()[0].isArchived && f.store.notes()[2].isArchived);
+        f.store.deleteNote(first.id);
+        QCOMPARE(f.order(), u"CB"_s);
+        f.store.deleteNotes({first.id});
+        QCOMPARE(f.order(), u"C"_s);
+    }
+
+    void notesAreFoundAfterEveryChange()
+    {
+        Fixture f(5);
+        const auto check = [&] {
+            for (qsizetype row = 0; row < f.store.notes().size(); ++row) {
+                QCOMPARE(f.store.indexOf(f.id(row)), row);
+                QCOMPARE(f.store.note(f.id(row)), &f.store.notes()[row]);
+            }
+        };
+        check();
+        f.store.addNote();
+        check();
+        f.store.moveNote(f.id(0), f.id(3));
+        check();
+        f.store.deleteNotes({f.id(1), f.id(2)});
+        check();
+        f.store.updateNote(f.store.notes()[1]);
+        check();
+        f.store.setNotes({named(u"Z"_s)});
+        check();
+    }
+
+    void operationsWriteNothing()
+    {
+        Fixture f;
+        f.store.addNote();
+        f.store.updateNote(f.store.notes()[1]);
+        f.store.deleteNote(f.id(0));
+        f.store.moveNoteToEnd(f.id(0));
+        QVERIFY(!f.store.hasPendingSave());
+        QCOMPARE(f.data.names(), QStringList());
+    }
+
+    void manyChangesWithinHalfASecondAreOneWrite()
+    {
+        Fixture f;
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        connect(&f.store, &NoteStore::notesChanged, &f.store, &NoteStore::save);
+        QElapsedTimer timer;
+        for (int i = 0; i < 10; ++i) {
+            timer.start();
+            f.store.addNote();
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(f.store.hasPendingSave());
+        QCOMPARE(f.data.names(), QStringList());
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY2(timer.elapsed() >= 499, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY(!f.store.hasPendingSave());
+        QVERIFY(saved[0][0].toBool());
+        QVERIFY(notesIn(f.data) == f.store.notes());
+        QCOMPARE(f.data.names(), QStringList{u"notes.json"_s});
+        QVERIFY(!saved.wait(600));
+    }
+
+    void savesRotate()
+    {
+        Fixture f(1);
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        std::vector<NoteArray> versions;
+        for (int i = 0; i < 5; ++i) {
+            f.store.addNote();
+            versions.push_back(f.store.notes());
+            f.store.save();
+            QTRY_COMPARE(saved.count(), i + 1);
+        }
+        QVERIFY(notesIn(f.data) == versions[4]);
+        QVERIFY(notesIn(f.data, u"notes.json.bak.1"_s) == versions[3]);
+        QVERIFY(notesIn(f.data, u"notes.json.bak.2"_s) == versions[2]);
+        QVERIFY(notesIn(f.data, u"notes.json.bak.3"_s) == versions[1]);
+        QCOMPARE(f.data.names().size(), 4);
+        QCOMPARE(f.store.availableBackups().size(), 3U);
+    }
+
+    void flushingWritesThePendingEditAtOnce()
+    {
+        Fixture f;
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        f.store.addNote();
+        f.store.save();
+        f.store.flush();
+        QVERIFY(!f.store.hasPendingSave());
+        QVERIFY(notesIn(f.data) == f.store.notes());
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(!saved.wait(600));
+    }
+
+    void theApplicationsEndFlushes()
+    {
+        Fixture f;
+        f.store.addNote();
+        f.store.save();
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+        QVERIFY(!f.store.hasPendingSave());
+        QVERIFY(notesIn(f.data) == f.store.notes());
+    }
+
+    void flushingWritesNothingBeforeThereWasAnything()
+    {
+        const DataDirectory data;
+        NoteStore store(data.path());
+        store.flush();
+        QCOMPARE(data.names(), QStringList());
+        const QUuid id = store.addNote();
+        store.deleteNote(id);
+        store.flush();
+        QCOMPARE(data.read(u"notes.json"_s), "[]");
+    }
+
+    void aFlushComesBehindTheSavesBeforeIt()
+    {
+        Fixture f(1);
+        NoteArray many;
+        for (int i = 0; i < 3000; ++i)
+            many.append(named(u"x"_s));
+        f.store.setNotes(many);
+        f.store.save();
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        QTRY_VERIFY(!f.store.hasPendingSave()); // handed to the queue, perhaps still being written
+        f.store.deleteNotes({f.id(5)});
+        f.store.flush();
+        QVERIFY(notesIn(f.data) == f.store.notes());
+        QVERIFY(notesIn(f.data, u"notes.json.bak.1"_s) == many);
+    }
+
+    void aSaveWritesTheNotesOfItsMoment()
+    {
+        Fixture f(0);
+        NoteArray many;
+        for (int i = 0; i < 5000; ++i)
+            many.append(named(u"x"_s));
+        f.store.setNotes(many);
+        f.store.save();
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        QTRY_VERIFY(!f.store.hasPendingSave());
+        for (int i = 0; i < 5000; i += 7) {
+            Note note = f.store.notes()[i];
+            note.body = u"<h1>changed meanwhile</h1>"_s;
+            f.store.updateNote(note);
+        }
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(notesIn(f.data) == many);
+    }
+
+    void destroyingTheStoreFinishesItsWrites()
+    {
+        const DataDirectory data;
+        auto store = std::make_unique<NoteStore>(data.path());
+        store->addNote();
+        const NoteArray notes = store->notes();
+        store->save();
+        QTRY_VERIFY(!store->hasPendingSave());
+        store.reset();
+        QVERIFY(notesIn(data) == notes);
+    }
+
+    void aDateThatIsNoNumberIsNotWritten()
+    {
+        Fixture f;
+        f.store.flush();
+        const QByteArray before = f.data.read(u"notes.json"_s);
+        f.now = {std::numeric_limits<double>::quiet_NaN()};
+        f.store.addNote();
+        QSignalSpy saved(&f.store, &NoteStore::saved);
+        QTest::ignoreMessage(QtWarningMsg, "Plim: encode failed");
+        f.store.save();
+        QTRY_COMPARE(saved.count(), 1 + 1);
+        QVERIFY(!saved[1][0].toBool());
+        QCOMPARE(f.data.read(u"notes.json"_s), before);
+        QCOMPARE(f.data.names(), QStringList{u"notes.json"_s});
+    }
+
+    void aFailedWriteIsLoggedAndTried()
+    {
+        const QTemporaryDir parent;
+        const QString path = parent.path() + u"/Plim"_s;
+        QFile inItsPlace(path);
+        QVERIFY(inItsPlace.open(QIODevice::WriteOnly));
+        NoteStore store(path);
+        QSignalSpy saved(&store, &NoteStore::saved);
+        store.addNote();
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(u"^Nie udało się zapisać notatek: .+"_s));
+        store.flush();
+        QTRY_COMPARE(saved.count(), 1);
+        QVERIFY(!saved[0][0].toBool());
+        QCOMPARE(store.notes().size(), 1);
+
+        inItsPlace.remove();
+        QVERIFY(QDir().mkpath(path));
+        store.flush();
+        QTRY_COMPARE(saved.count(), 2);
+        QVERIFY(saved[1][0].toBool());
+    }
+
+    void anEditCostsTheSameInALongList()
+    {
+        const auto edits = [](int count) {
+            Fixture f(0);
+            NoteArray notes;
+            for (int i = 0; i < count; ++i)
+                notes.append(named(u"x"_s));
+            f.store.setNotes(notes);
+            return bestDuration([&] {
+                for (int i = 0; i < 3000; ++i) {
+                    Note note = *f.store.note(f.id(count / 2));
+                    note.body = u"<h1>edited</h1>"_s;
+                    f.store.updateNote(note);
+                }
+            });
+        };
+        const double few = edits(10);
+        const double many = edits(10'000);
+        QVERIFY2(many < 10 * few, qPrintable(u"%1 ns, %2 ns"_s.arg(few).arg(many)));
+    }
+
+    void theDefaultDirectoryIsThePlatforms()
+    {
+        QVERIFY(NoteStore::defaultDataDirectory().endsWith(u"/Plim"_s));
+        QVERIFY(QDir::isAbsolutePath(NoteStore::defaultDataDirectory()));
+    }
+};
+
+QTEST_MAIN(TestNoteStore)
+#include "tst_note_store.moc"
