@@ -1,0 +1,35 @@
+#include "editor/EditorController.h"
+
+#include "editor/RichTextEditorCoordinator.h"
+
+void EditorController::setCoordinator(RichTextEditorCoordinator *coordinator)
+{
+    m_coordinator = coordinator;
+}
+
+void EditorController::setFormatState(const EditorFormatState &state)
+{
+    m_formatState = state;
+    Q_EMIT formatStateChanged();
+}
+
+void EditorController::run(const EditorCommand &command)
+{
+    if (m_coordinator)
+        m_coordinator->run(command);
+}
+
+void EditorController::run(EditorCommand::Kind kind)
+{
+    run(EditorCommand(kind));
+}
+
+void EditorController::runHeading(int level)
+{
+    run(EditorCommand::heading(level));
+}
+
+void EditorController::runLink(const QString &url)
+{
+    run(EditorCommand::link(url));
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "editor/EditorCommand.h"
+#include "editor/EditorFormatState.h"
+
+#include <QObject>
+#include <QPointer>
+#include <qqmlregistration.h>
+
+class RichTextEditorCoordinator;
+
+/// The handle through which toolbars and menus drive the editor of one pane and read its formats.
+/// It outlives the editors that come and go under it.
+class EditorController : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(EditorFormatState formatState READ formatState NOTIFY formatStateChanged)
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] RichTextEditorCoordinator *coordinator() const { return m_coordinator; }
+    void setCoordinator(RichTextEditorCoordinator *coordinator);
+
+    [[nodiscard]] const EditorFormatState &formatState() const { return m_formatState; }
+    /// Notifies at every assignment: each report is an event of its own.
+    void setFormatState(const EditorFormatState &state);
+
+    /// Carried out by the attached editor; dropped when there is none.
+    void run(const EditorCommand &command);
+    Q_INVOKABLE void run(EditorCommand::Kind kind);
+    Q_INVOKABLE void runHeading(int level);
+    Q_INVOKABLE void runLink(const QString &url);
+
+Q_SIGNALS:
+    void formatStateChanged();
+
+private:
+    QPointer<RichTextEditorCoordinator> m_coordinator;
+    EditorFormatState m_formatState;
+};

@@ -1,0 +1,103 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtWebChannel
+import QtWebEngine
+import Plim.Editor
+
+// The editor page in its web view. What happens between page and store is the coordinator's.
+Item {
+    id: root
+
+    property alias value: coordinator.value
+    property alias controller: coordinator.controller
+    readonly property alias coordinator: coordinator
+
+    signal edited(noteID: var, html: string)
+
+    RichTextEditorCoordinator {
+        id: coordinator
+
+        webView: seam
+        onChange: (noteID, html) => root.edited(noteID, html)
+    }
+
+    EditorWebView {
+        id: seam
+
+        isFirstResponder: view.activeFocus
+
+        onScriptRequested: (ticket, script) => view.runJavaScript(script, result => seam.finishScript(ticket, result))
+        onScriptRequestedWithoutResult: script => view.runJavaScript(script)
+        onLoadRequested: document => view.loadPage(document)
+        onFocusRequested: view.forceActiveFocus()
+    }
+
+    WebEngineView {
+        id: view
+
+        property bool isLoadingPage: false
+
+        function loadPage(document: string) {
+            view.isLoadingPage = true;
+            view.loadHtml(document, EditorProfile.baseUrl);
+        }
+
+        anchors.fill: parent
+        objectName: "editorWebView"
+        backgroundColor: "transparent"
+        profile: EditorProfile.profile
+        webChannel: WebChannel {
+            Component.onCompleted: registerObject("host", seam.messages)
+        }
+
+        settings.localContentCanAccessRemoteUrls: false
+        settings.localContentCanAccessFileUrls: true
+        settings.javascriptCanOpenWindows: false
+        settings.javascriptCanAccessClipboard: false
+        settings.javascriptCanPaste: false
+        settings.autoLoadIconsForPage: false
+        settings.errorPageEnabled: false
+        settings.pluginsEnabled: false
+        settings.pdfViewerEnabled: false
+        settings.hyperlinkAuditingEnabled: false
+        settings.localStorageEnabled: false
+        settings.dnsPrefetchEnabled: false
+        settings.focusOnNavigationEnabled: false
+        settings.showScrollBars: false
+
+        // The view never navigates: it takes the page that it is given, and nothing after it.
+        onNavigationRequested: request => {
+            if (view.isLoadingPage && request.isMainFrame)
+                request.accept();
+            else
+                request.reject();
+        }
+        onNewWindowRequested: request => {}
+        onContextMenuRequested: request => request.accepted = true
+        onFeaturePermissionRequested: (origin, feature) => view.grantFeaturePermission(origin, feature, false)
+        onFileDialogRequested: request => request.dialogReject()
+        onJavaScriptDialogRequested: request => request.dialogReject()
+        onFullScreenRequested: request => request.reject()
+
+        onLoadingChanged: info => {
+            if (info.status === WebEngineView.LoadStartedStatus)
+                return;
+            view.isLoadingPage = false;
+            if (info.status === WebEngineView.LoadSucceededStatus)
+                seam.reportLoaded();
+            else
+                seam.reportLost("load, error " + info.errorCode);
+        }
+        onRenderProcessTerminated: (status, exitCode) => seam.reportLost("process, status " + status)
+
+        Component.onCompleted: {
+            const script = WebEngine.script();
+            script.name = "channel";
+            script.injectionPoint = WebEngineScript.DocumentCreation;
+            script.worldId = WebEngineScript.MainWorld;
+            script.sourceCode = EditorProfile.channelScript;
+            view.userScripts.insert(script);
+        }
+    }
+}

@@ -1,0 +1,290 @@
+#include "editor/RichTextEditorCoordinator.h"
+
+#include "core/Note.h"
+#include "core/NotificationCenter.h"
+#include "editor/EditorFlush.h"
+#include "editor/EditorLog.h"
+#include "editor/EditorPage.h"
+#include "editor/ScriptLiteral.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr auto commandDelay = 50ms;
+constexpr auto calmAfter = 10s; ///< a page that lived this long does not count as failing in a row
+
+const QString focusScript = u"window.focusBodyAtEnd && window.focusBodyAtEnd();"_s;
+const QString reportStateScript = u"window.reportFormatState && window.reportFormatState();"_s;
+const QString cancelDebounceScript = u"window.cancelDebounce && window.cancelDebounce();"_s;
+const QString readHTMLScript = u"window.getComposedHTML()"_s;
+const QString isFocusedScript =
+    u"document.activeElement === document.getElementById('title') || "
+    "document.activeElement === document.getElementById('body') || "
+    "document.getElementById('body').contains(document.activeElement) || "
+    "document.getElementById('title').contains(document.activeElement)"_s;
+
+QString setContentScript(const QString &html)
+{
+    return u"window.setContent("_s + jsString(html) + u");"_s;
+}
+} // namespace
+
+RichTextEditorCoordinator::RichTextEditorCoordinator(QObject *parent) : QObject(parent)
+{
+    m_reload.setSingleShot(true);
+    connect(&m_reload, &QTimer::timeout, this, &RichTextEditorCoordinator::loadPage);
+    auto &center = NotificationCenter::shared();
+    connect(&center, &NotificationCenter::plimFlushEditors, this, &RichTextEditorCoordinator::flush);
+    connect(&center, &NotificationCenter::plimFormat, this, &RichTextEditorCoordinator::runIfFocused);
+}
+
+void RichTextEditorCoordinator::setWebView(EditorWebView *webView)
+{
+    if (m_webView == webView)
+        return;
+    if (m_webView)
+        m_webView->disconnect(this);
+    m_webView = webView;
+    if (m_webView) {
+        connect(m_webView, &EditorWebView::loaded, this, &RichTextEditorCoordinator::finishLoading);
+        connect(m_webView, &EditorWebView::lost, this, &RichTextEditorCoordinator::recover);
+        connect(m_webView, &EditorWebView::messageReceived, this, &RichTextEditorCoordinator::receive);
+        // The view is still being made: it connects to its requests first.
+        m_reload.start(0);
+    }
+    Q_EMIT webViewChanged();
+}
+
+void RichTextEditorCoordinator::setController(EditorController *controller)
+{
+    if (m_controller == controller)
+        return;
+    m_controller = controller;
+    if (m_controller)
+        m_controller->setCoordinator(this);
+    Q_EMIT controllerChanged();
+}
+
+void RichTextEditorCoordinator::update(const RichTextEditor &value)
+{
+    if (m_controller)
+        m_controller->setCoordinator(this);
+    const bool isNew = m_value != value;
+    m_value = value;
+    sync();
+    if (isNew)
+        Q_EMIT valueChanged();
+}
+
+void RichTextEditorCoordinator::loadPage()
+{
+    if (m_webView)
+        m_webView->load(editorPageDocument(m_value.bodyFontSize, m_value.rightPadding));
+}
+
+void RichTextEditorCoordinator::finishLoading()
+{
+    m_pageLoaded = true;
+    sync();
+}
+
+// The page is gone with what it had not reported yet. A fresh one gets the last HTML that the host
+// knows; until then nothing is read from it, so that an empty page is never taken for the note.
+void RichTextEditorCoordinator::recover()
+{
+    if (m_sinceLoss.isValid() && m_sinceLoss.durationElapsed() < calmAfter)
+        ++m_lossesInARow;
+    else
+        m_lossesInARow = 0;
+    m_sinceLoss.start();
+    m_takesFocusWhenShown = m_webView && m_webView->isFirstResponder();
+    m_pageLoaded = false;
+    m_isSyncing = false;
+    m_loadedNoteID.reset();
+    m_documentHTML.clear();
+    m_lastFontSize = -1.0;
+    // At once the first time; a page that fails again and again gets longer and longer rests.
+    m_reload.start(m_lossesInARow == 0 ? 0ms : std::min(5000ms, 125ms * (1 << std::min(m_lossesInARow, 6))));
+}
+
+void RichTextEditorCoordinator::sync()
+{
+    if (!m_webView || !m_pageLoaded || m_isSyncing)
+        return;
+    if (m_value.noteID == m_loadedNoteID) {
+        if (m_value.html != m_documentHTML)
+            refreshIfNotTyping();
+        applyFontSize(m_value.bodyFontSize);
+    } else if (!m_value.noteID) {
+        return;
+    } else if (!m_loadedNoteID) {
+        showFirst();
+    } else {
+        switchNote();
+    }
+}
+
+// The note was changed elsewhere. A page keeps its active element when its window is left, so that
+// whoever types is told by both: the page has the caret and the view has the keyboard.
+void RichTextEditorCoordinator::refreshIfNotTyping()
+{
+    if (!m_loadedNoteID)
+        return; // no note asked for and none shown: there is nothing to refresh
+    m_webView->evaluate(isFocusedScript, [self = QPointer(this)](const QVariant &result) {
+        if (!self || !self->m_webView)
+            return;
+        if (result.typeId() == QMetaType::Bool && result.toBool() && self->m_webView->isFirstResponder())
+            return;
+        // A switch may have begun meanwhile; it brings its own content.
+        if (self->m_isSyncing || self->m_value.noteID != self->m_loadedNoteID)
+            return;
+        self->m_documentHTML = self->m_value.html;
+        self->m_webView->evaluate(setContentScript(self->m_documentHTML));
+    });
+}
+
+void RichTextEditorCoordinator::showFirst()
+{
+    const bool takesFocus = std::exchange(m_takesFocusWhenShown, true);
+    show(m_value.noteID, m_value.html, m_value.bodyFontSize);
+    if (takesFocus)
+        focusPage();
+    m_webView->evaluate(reportStateScript);
+}
+
+void RichTextEditorCoordinator::switchNote()
+{
+    m_isSyncing = true;
+    m_webView->evaluate(cancelDebounceScript);
+    m_webView->evaluate(readHTMLScript, [self = QPointer(this), oldID = *m_loadedNoteID,
+                                         captured = m_value](const QVariant &result) {
+        if (!self || !self->m_webView)
+            return;
+        const QString html = result.typeId() == QMetaType::QString ? result.toString() : QString();
+        if (!html.isEmpty() && html != self->m_documentHTML)
+            self->accept(oldID, html);
+        self->show(captured.noteID, captured.html, captured.bodyFontSize);
+        self->focusPage();
+        self->m_isSyncing = false;
+        self->m_webView->evaluate(reportStateScript);
+        // What was asked for while the answer was awaited has not been looked at yet.
+        self->sync();
+    });
+}
+
+void RichTextEditorCoordinator::show(const std::optional<QUuid> &noteID, const QString &html, double fontSize)
+{
+    m_loadedNoteID = noteID;
+    m_documentHTML = html;
+    m_webView->evaluate(u"window.setCurrentID(\""_s + uuidText(*noteID) + u"\");"_s);
+    m_webView->evaluate(setContentScript(html));
+    applyFontSize(fontSize);
+    qCDebug(editorLog) << "shown" << noteID->toString(QUuid::WithoutBraces);
+    Q_EMIT shown(*noteID);
+}
+
+void RichTextEditorCoordinator::focusPage()
+{
+    m_webView->makeFirstResponder();
+    m_webView->evaluate(focusScript);
+}
+
+void RichTextEditorCoordinator::applyFontSize(double size)
+{
+    if (size == m_lastFontSize)
+        return;
+    m_lastFontSize = size;
+    m_webView->evaluate(u"window.setFontSize("_s + shortestDecimal(size) + u");"_s);
+}
+
+void RichTextEditorCoordinator::receive(const QString &handler, const QString &body)
+{
+    if (handler == "plim"_L1) {
+        receiveChange(body);
+    } else if (handler == "plimState"_L1) {
+        receiveFormatState(body);
+    } else if (handler == "plimLog"_L1) {
+        std::fputs(qPrintable(u"[PLIM-LOG] "_s + body + u'\n'), stdout);
+        std::fflush(stdout);
+    }
+}
+
+void RichTextEditorCoordinator::receiveChange(const QString &body)
+{
+    if (!m_loadedNoteID) {
+        qCInfo(editorLog) << "Plim: change ignored, the page shows no note";
+        return;
+    }
+    QString html = body;
+    std::optional<QUuid> id;
+    const QJsonObject message = QJsonDocument::fromJson(body.toUtf8()).object();
+    const bool holdsTexts = std::ranges::all_of(message, [](const QJsonValue &value) { return value.isString(); });
+    if (holdsTexts && message.contains("html"_L1)) {
+        html = message.value("html"_L1).toString();
+        if (const QUuid parsed(message.value("id"_L1).toString()); !parsed.isNull())
+            id = parsed;
+    }
+    if (id && *id != *m_loadedNoteID) {
+        // Late news of the note shown before: they belong to it, and say nothing of what the page
+        // holds now.
+        Q_EMIT change(*id, html);
+        return;
+    }
+    if (html != m_documentHTML)
+        accept(id.value_or(m_value.noteID.value_or(*m_loadedNoteID)), html);
+}
+
+void RichTextEditorCoordinator::accept(const QUuid &noteID, const QString &html)
+{
+    m_documentHTML = html;
+    Q_EMIT change(noteID, html);
+}
+
+void RichTextEditorCoordinator::receiveFormatState(const QString &body)
+{
+    const std::optional<EditorFormatState> state = EditorFormatState::fromJson(body);
+    if (!state)
+        return;
+    QTimer::singleShot(0, this, [this, state = *state] {
+        if (m_controller)
+            m_controller->setFormatState(state);
+    });
+}
+
+void RichTextEditorCoordinator::flush()
+{
+    const std::optional<QUuid> id = m_loadedNoteID ? m_loadedNoteID : m_value.noteID;
+    if (!m_webView || !m_pageLoaded || !id)
+        return;
+    m_webView->evaluate(readHTMLScript, [self = QPointer(this), id = *id, debt = EditorFlush::shared().owe()](
+                                            const QVariant &result) {
+        const QString html = result.typeId() == QMetaType::QString ? result.toString() : QString();
+        if (self && !html.isEmpty() && html != self->m_documentHTML)
+            self->accept(id, html);
+    });
+}
+
+void RichTextEditorCoordinator::run(const EditorCommand &command)
+{
+    QTimer::singleShot(commandDelay, this, [this, script = command.script()] {
+        if (!m_webView)
+            return;
+        m_webView->makeFirstResponder();
+        m_webView->evaluate(script);
+    });
+}
+
+void RichTextEditorCoordinator::runIfFocused(const EditorCommand &command)
+{
+    if (m_webView && m_webView->isFirstResponder())
+        run(command);
+}

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "editor/EditorCommand.h"
+#include "editor/EditorController.h"
+#include "editor/EditorWebView.h"
+#include "editor/RichTextEditor.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QUuid>
+#include <qqmlregistration.h>
+
+#include <optional>
+
+/// Owns the conversation with one editor page: when content is pushed into it, when its HTML is
+/// accepted as the note's, and to which note an incoming change belongs.
+class RichTextEditorCoordinator : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(EditorWebView *webView READ webView WRITE setWebView NOTIFY webViewChanged)
+    Q_PROPERTY(EditorController *controller READ controller WRITE setController NOTIFY controllerChanged)
+    Q_PROPERTY(RichTextEditor value READ value WRITE update NOTIFY valueChanged)
+
+public:
+    explicit RichTextEditorCoordinator(QObject *parent = nullptr);
+
+    [[nodiscard]] EditorWebView *webView() const { return m_webView; }
+    /// Builds the page in the view; done once per view.
+    void setWebView(EditorWebView *webView);
+    [[nodiscard]] EditorController *controller() const { return m_controller; }
+    void setController(EditorController *controller);
+    [[nodiscard]] const RichTextEditor &value() const { return m_value; }
+    void update(const RichTextEditor &value);
+
+    /// Gives the page the focus and runs the command there, 0.05 s from now: a click on a toolbar
+    /// has taken the focus away, and the page restores its selection only while focused.
+    void run(const EditorCommand &command);
+
+    /// The note whose content is in the page.
+    [[nodiscard]] std::optional<QUuid> loadedNoteID() const { return m_loadedNoteID; }
+
+Q_SIGNALS:
+    /// The page's HTML was accepted as the new HTML of the note.
+    void change(const QUuid &noteID, const QString &html);
+    /// The page now holds the note's content.
+    void shown(const QUuid &noteID);
+    void webViewChanged();
+    void controllerChanged();
+    void valueChanged();
+
+private:
+    void loadPage();
+    void finishLoading();
+    void recover();
+    void sync();
+    void refreshIfNotTyping();
+    void showFirst();
+    void switchNote();
+    void show(const std::optional<QUuid> &noteID, const QString &html, double fontSize);
+    void focusPage();
+    void applyFontSize(double size);
+    void receive(const QString &handler, const QString &body);
+    void receiveChange(const QString &body);
+    void receiveFormatState(const QString &body);
+    void accept(const QUuid &noteID, const QString &html);
+    void flush();
+    void runIfFocused(const EditorCommand &command);
+
+    QPointer<EditorWebView> m_webView;
+    QPointer<EditorController> m_controller;
+    RichTextEditor m_value;                ///< what the view currently asks for
+    std::optional<QUuid> m_loadedNoteID;
+    QString m_documentHTML;                ///< what the host believes the page holds
+    bool m_pageLoaded = false;
+    bool m_isSyncing = false;              ///< a switch waits for the old note's HTML
+    double m_lastFontSize = -1.0;
+    bool m_takesFocusWhenShown = true;     ///< false while a page that had no focus is recovered
+    QTimer m_reload;
+    QElapsedTimer m_sinceLoss;
+    int m_lossesInARow = 0;
+};

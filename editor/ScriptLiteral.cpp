@@ -1,0 +1,56 @@
+#include "editor/ScriptLiteral.h"
+
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+QLatin1StringView escapeOf(QChar c)
+{
+    switch (c.unicode()) {
+    case u'\\':
+        return "\\\\"_L1;
+    case u'"':
+        return "\\\""_L1;
+    case u'\n':
+        return "\\n"_L1;
+    case u'\r':
+        return "\\r"_L1;
+    case u'\t':
+        return "\\t"_L1;
+    case 0x2028:
+        return "\\u2028"_L1;
+    case 0x2029:
+        return "\\u2029"_L1;
+    default:
+        return {};
+    }
+}
+} // namespace
+
+// One pass gives what replacing one after the other gives (the backslash goes first), without
+// seven walks over a long note.
+QString jsString(QStringView text)
+{
+    QString literal;
+    literal.reserve(text.size() + text.size() / 16 + 2);
+    literal += u'"';
+    for (const QChar c : text) {
+        const QLatin1StringView escape = escapeOf(c);
+        if (escape.isEmpty())
+            literal += c;
+        else
+            literal += escape;
+    }
+    literal += u'"';
+    return literal;
+}
+
+QString shortestDecimal(double value)
+{
+    QString text = QString::number(value, 'g', QLocale::FloatingPointShortest);
+    if (!text.contains(u'.') && !text.contains(u'e'))
+        text += ".0"_L1;
+    return text;
+}

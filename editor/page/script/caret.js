@@ -1,0 +1,114 @@
+// ---- Caret and selection ---------------------------------------------------------------------
+
+function currentRange() {
+  const selection = document.getSelection();
+  return selection && selection.rangeCount ? selection.getRangeAt(0) : null;
+}
+
+function regionOf(node) {
+  if (titleEl.contains(node)) return titleEl;
+  if (bodyEl.contains(node)) return bodyEl;
+  return null;
+}
+
+function saveSelection() {
+  const range = currentRange();
+  const region = range && regionOf(document.getSelection().anchorNode);
+  if (!region) return;
+  savedRange = range.cloneRange();
+  savedEl = region;
+}
+
+function editableOf(element) {
+  const editable = element && element.closest('[contenteditable="true"]');
+  return editable && editable.isConnected ? editable : bodyEl;
+}
+
+function select(range) {
+  const selection = document.getSelection();
+  selection.removeAllRanges();
+  selection.addRange(range);
+}
+
+function placeCaret(element, fill) {
+  editableOf(element).focus();
+  const range = document.createRange();
+  fill(range);
+  select(range);
+  savedRange = range.cloneRange();
+  savedEl = element;
+}
+
+function placeCaretAtStart(element) {
+  placeCaret(element, range => {
+    range.setStart(element, 0);
+    range.collapse(true);
+  });
+}
+
+function placeCaretAtEnd(element) {
+  placeCaret(element, range => {
+    range.selectNodeContents(element);
+    range.collapse(false);
+  });
+}
+
+function placeCaretAt(node, offset) {
+  placeCaret(elementOf(node), range => {
+    range.setStart(node, offset);
+    range.collapse(true);
+  });
+}
+
+function focusContentEditable(element) {
+  setTimeout(() => placeCaretAtEnd(element), 0);
+}
+
+// At once, so that a key pressed right now is not typed elsewhere; and once more when the engine
+// has finished with the event that brought us here, unless the caret has stayed.
+function focusItem(item) {
+  placeCaretAtEnd(item);
+  setTimeout(() => {
+    if (item.isConnected && !item.contains(document.getSelection().anchorNode)) placeCaretAtEnd(item);
+  }, 0);
+}
+
+function placeCaretAtEndPersistent(element, attempts = CARET_ATTEMPTS) {
+  placeCaretAtEnd(element);
+  if (attempts > 1 && !element.contains(document.getSelection().anchorNode)) {
+    setTimeout(() => placeCaretAtEndPersistent(element, attempts - 1), CARET_RETRY);
+  }
+}
+
+function dropStaleRange() {
+  if (savedRange && !savedRange.startContainer.isConnected) {
+    savedRange = null;
+    savedEl = bodyEl;
+  }
+}
+
+function restoreSelection() {
+  dropStaleRange();
+  editableOf(savedEl).focus();
+  if (!savedRange) {
+    focusContentEditable(savedEl);
+    return;
+  }
+  try {
+    select(savedRange);
+  } catch (error) {
+    savedRange = null;
+    focusContentEditable(bodyEl);
+  }
+}
+
+// Runs a change of the tree that moves nodes about and leaves the selection where it was.
+function keepingSelection(change) {
+  const selection = document.getSelection();
+  const { anchorNode, anchorOffset, focusNode, focusOffset } = selection;
+  change();
+  if (!anchorNode || !anchorNode.isConnected || !focusNode.isConnected) return;
+  const length = node => (node.nodeType === Node.ELEMENT_NODE ? node.childNodes.length : node.length);
+  selection.setBaseAndExtent(anchorNode, Math.min(anchorOffset, length(anchorNode)),
+    focusNode, Math.min(focusOffset, length(focusNode)));
+}

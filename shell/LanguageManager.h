@@ -1,0 +1,39 @@
+#pragma once
+
+#include "shell/AppLanguage.h"
+
+#include <QLocale>
+#include <QObject>
+#include <qqmlregistration.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+/// The current language of the user interface. It is kept in the settings under "plimLanguage".
+class LanguageManager : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(bool isPolish READ isPolish NOTIFY languageChanged)
+
+public:
+    [[nodiscard]] static LanguageManager &shared();
+    static LanguageManager *create(QQmlEngine *, QJSEngine *);
+
+    /// Takes the stored language; without one English on an English system, Polish on any other.
+    /// Nothing is written.
+    explicit LanguageManager(const QLocale &system = QLocale::system());
+
+    [[nodiscard]] AppLanguage language() const { return m_language; }
+    /// Every assignment, also of the same value, is stored and announced.
+    void setLanguage(AppLanguage language);
+
+    [[nodiscard]] bool isPolish() const { return m_language == AppLanguage::pl; }
+
+Q_SIGNALS:
+    void languageChanged();
+
+private:
+    AppLanguage m_language;
+};

@@ -1,0 +1,7 @@
+#include "sticky/WindowHolder.h"
+
+WindowHolder &WindowHolder::shared()
+{
+    static WindowHolder holder;
+    return holder;
+}
