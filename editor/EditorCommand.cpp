@@ -57,7 +57,7 @@ QString EditorCommand::script() const
 QString pageCall(QStringView name, const std::optional<QString> &argument,
                  const std::optional<QString> &value)
 {
-    QString script = u"window."_s + name + u'(' + (argument ? jsString(*argument) : u"null"_s);
+    QString script = u"window."_s + name.toString() + u'(' + (argument ? jsString(*argument) : u"null"_s);
     if (value)
         script += u", "_s + jsString(*value);
     return script + u");"_s;

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QQuickWebEngineProfile>
 #include <QString>
+#include <QUrl>
 #include <qqmlregistration.h>
 
 class QJSEngine;

@@ -101,7 +101,7 @@ void RichTextEditorCoordinator::finishLoading()
 // knows; until then nothing is read from it, so that an empty page is never taken for the note.
 void RichTextEditorCoordinator::recover()
 {
-    if (m_sinceLoss.isValid() && m_sinceLoss.durationElapsed() < calmAfter)
+    if (m_sinceLoss.isValid() && std::chrono::milliseconds(m_sinceLoss.elapsed()) < calmAfter)
         ++m_lossesInARow;
     else
         m_lossesInARow = 0;

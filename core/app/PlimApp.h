@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/NoteStore.h"
+#include "core/app/AppDelegate.h"
+#include "core/app/QuitSignals.h"
+#include "mainwindow/ContentController.h"
+#include "shell/LanguageManager.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+
+/// The application: what lives as long as the process, in the order in which it is made.
+class PlimApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    PlimApp();
+    ~PlimApp() override;
+
+    /// Opens the main window.
+    void show();
+
+private:
+    void appear();
+    void selectPending();
+
+    NoteStore m_store; ///< loads the notes at once, before there is any window
+    LanguageManager &m_languageManager;
+    AppDelegate m_appDelegate;
+    QuitSignals m_quitSignals;
+    ContentController m_content;
+    QQmlApplicationEngine m_engine;
+};
