@@ -39,6 +39,12 @@ function placeCaret(element, fill) {
   savedEl = element;
 }
 
+// The end of an item is the end of its own line; a nested list comes after it.
+function placeCaretAtLineEnd(item) {
+  const nested = nestedListOf(item);
+  if (!nested) placeCaretAtEnd(item); else placeCaretAt(item, [...item.childNodes].indexOf(nested));
+}
+
 function placeCaretAtStart(element) {
   placeCaret(element, range => {
     range.setStart(element, 0);
@@ -67,9 +73,9 @@ function focusContentEditable(element) {
 // At once, so that a key pressed right now is not typed elsewhere; and once more when the engine
 // has finished with the event that brought us here, unless the caret has stayed.
 function focusItem(item) {
-  placeCaretAtEnd(item);
+  placeCaretAtLineEnd(item);
   setTimeout(() => {
-    if (item.isConnected && !item.contains(document.getSelection().anchorNode)) placeCaretAtEnd(item);
+    if (item.isConnected && !item.contains(document.getSelection().anchorNode)) placeCaretAtLineEnd(item);
   }, 0);
 }
 

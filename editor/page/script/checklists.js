@@ -113,6 +113,58 @@ function itemToParagraph(item) {
   return paragraph;
 }
 
+// The engine's own indenting leaves the box behind, so the items of checklists are moved here. A
+// nested list stands among the items, as the engine puts those of other lists.
+function selectedChecklistItems() {
+  const range = currentRange();
+  const touched = [...bodyEl.querySelectorAll('ul.checklist > li')].filter(item => range.intersectsNode(item));
+  const own = touched.filter(item => !touched.some(other => other !== item && other.contains(item)));
+  const first = blockAt(range.startContainer, LIST_BLOCKS);
+  return isChecklistItem(first) || own.length > 1 ? own : [];
+}
+
+function indentItem(item) {
+  const { previousElementSibling: before, nextElementSibling: after } = item;
+  if (before && before.matches('ul.checklist')) {
+    before.append(item);
+    if (after && after.matches('ul.checklist')) {
+      before.append(...after.childNodes);
+      after.remove();
+    }
+  } else if (after && after.matches('ul.checklist')) {
+    after.prepend(item);
+  } else {
+    const list = makeChecklist();
+    item.replaceWith(list);
+    list.append(item);
+  }
+}
+
+// One level up; from the first level the item becomes a paragraph between what stood above and below.
+function outdentItem(item) {
+  const list = item.parentElement;
+  const outer = list.parentElement;
+  const following = makeChecklist();
+  while (item.nextSibling) following.append(item.nextSibling);
+  let moved = item;
+  if (outer.matches('ul, ol')) {
+    list.after(item);
+  } else if (outer.matches('li')) {
+    outer.after(item);
+  } else {
+    const box = boxOf(item);
+    if (box) box.remove();
+    const nested = nestedListOf(item);
+    if (nested) following.prepend(nested);
+    moved = renamed(item, 'p');
+    if (isHollow(moved)) moved.append(document.createElement('br'));
+    list.after(moved);
+    item.remove();
+  }
+  if (following.hasChildNodes()) moved.after(following);
+  removeEmptyLists(list);
+}
+
 function toggleChecklist() {
   try {
     const node = anchorForToggle();

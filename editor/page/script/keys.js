@@ -40,8 +40,10 @@ function onBodyKey(event) {
     if (event.shiftKey) leaveChecklist(block); else splitItem(block);
     finishEdit();
   } else if (event.shiftKey) {
+    // At the end of a block the engine holds the new line open with a second break. It stays:
+    // without it the caret would be drawn, and the next letter written, on the line above.
     event.preventDefault();
-    insertLineBreak();
+    document.execCommand('insertLineBreak');
     finishEdit();
   } else if (block && ['H1', 'H2', 'H3'].includes(block.tagName)) {
     event.preventDefault();
@@ -59,18 +61,30 @@ function finishEdit() {
 
 function onTabInItem(event) {
   event.preventDefault();
-  document.execCommand(event.shiftKey ? 'outdent' : 'indent');
+  const items = selectedChecklistItems();
+  if (items.length) {
+    keepingSelection(() => (event.shiftKey ? items.reverse().forEach(outdentItem) : items.forEach(indentItem)));
+  } else {
+    document.execCommand(event.shiftKey ? 'outdent' : 'indent');
+    wrapLooseLine();
+    dropSpareBreak(blockAt(document.getSelection().anchorNode, LINE_BLOCKS));
+  }
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
 }
 
-function insertLineBreak() {
-  document.execCommand('insertLineBreak');
-  const block = blockAt(document.getSelection().anchorNode, LINE_BLOCKS);
-  if (!block) return;
-  const last = block.lastChild;
-  const isBreak = node => node && node.nodeName === 'BR';
-  if (isBreak(last) && isBreak(last.previousSibling)) keepingSelection(() => last.remove());
+// A break at the end of a line that holds something else shows nothing.
+function dropSpareBreak(line) {
+  const last = line && line !== bodyEl && line.lastChild;
+  if (last && last.nodeName === 'BR' && last.previousSibling && last.previousSibling.nodeName !== 'BR') {
+    keepingSelection(() => last.remove());
+  }
+}
+
+// A line that leaves its list stands in the body without a block; it becomes a paragraph.
+function wrapLooseLine() {
+  const anchor = document.getSelection().anchorNode;
+  if (anchor !== bodyEl && blockAt(anchor, LINE_BLOCKS) === bodyEl) document.execCommand('formatBlock', false, 'p');
 }
 
 function cutToEnd(item) {
@@ -85,6 +99,7 @@ function cutToEnd(item) {
 function splitItem(item) {
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
+  if (rest.firstChild && rest.firstChild.nodeName === 'UL') rest.prepend(document.createElement('br'));
   const next = makeItem(...rest.childNodes);
   ensureTypingTarget(item);
   item.after(next);
@@ -137,49 +152,99 @@ function onBeforeInput(event) {
 function handleItemDeletion(isForward) {
   const range = currentRange();
   if (!range || !range.collapsed) return false;
-  const block = blockAt(range.startContainer, LIST_BLOCKS);
-  if (!isChecklistItem(block) || !isAtEdge(block, range, isForward)) return false;
-  const [upper, lower] = isForward ? [block, neighbourItem(block, 1)] : [neighbourItem(block, -1), block];
-  if (isForward && !lower) return false;
-  if (upper) joinItems(upper, lower); else placeCaretAtStart(itemToParagraph(lower));
-  finishEdit();
+  const isHandled = isForward ? deleteAtLineEnd(range) : deleteAtItemStart(range);
+  if (isHandled) finishEdit();
+  return isHandled;
+}
+
+function deleteAtItemStart(range) {
+  const item = blockAt(range.startContainer, LIST_BLOCKS);
+  if (!isChecklistItem(item) || !isAtItemStart(item, range)) return false;
+  const upper = neighbourItem(item, -1);
+  if (upper) joinLine(upper, item); else placeCaretAtStart(itemToParagraph(item));
   return true;
 }
 
-// Is there nothing of the item's own line between the caret and its start (or end)?
-function isAtEdge(item, range, isEnd) {
-  const between = range.cloneRange();
-  if (isEnd) {
-    const nested = [...item.children].find(child => child.matches('ul, ol'));
-    between.setEnd(item, nested ? [...item.childNodes].indexOf(nested) : item.childNodes.length);
-  } else {
-    const box = boxOf(item);
-    if (!box) return false;
-    if (range.comparePoint(item, 0) === 0) return true;
-    between.setStartAfter(box);
-  }
-  const content = between.cloneContents();
-  if (content.textContent.replace(/[\u200b\ufeff]/g, '') !== '' || content.querySelector('img, hr')) return false;
-  return content.querySelectorAll('br').length <= (isEnd ? 1 : 0);
+function deleteAtLineEnd(range) {
+  const line = blockAt(range.startContainer, LINE_BLOCKS);
+  if (!line || !isAtLineEnd(line, range)) return false;
+  const lower = itemBelow(line, range);
+  if (!lower) return false;
+  joinLine(line, lower);
+  return true;
 }
 
-function joinItems(upper, lower) {
+function nestedListOf(line) {
+  return [...line.children].find(child => child.matches('ul, ol')) || null;
+}
+
+function holdsNothingVisible(range, breaksAllowed) {
+  const content = range.cloneContents();
+  return content.textContent.replace(/[\u200b\ufeff]/g, '') === '' && !content.querySelector('img, hr')
+    && content.querySelectorAll('br').length <= breaksAllowed;
+}
+
+function isAtItemStart(item, range) {
+  const box = boxOf(item);
+  if (!box) return false;
+  if (range.comparePoint(item, 0) === 0) return true;
+  const between = range.cloneRange();
+  between.setStartAfter(box);
+  return holdsNothingVisible(between, 0);
+}
+
+// The node of the line, or of the body for a line without a block, before which the line ends.
+function endOfLine(line, range) {
+  if (line !== bodyEl) return nestedListOf(line);
+  let node = range.startContainer;
+  if (node === bodyEl) return bodyEl.childNodes[range.startOffset] || null;
+  while (node.parentNode !== bodyEl) node = node.parentNode;
+  while (node && !(node.nodeType === Node.ELEMENT_NODE && node.matches(BLOCKS))) node = node.nextSibling;
+  return node;
+}
+
+function isAtLineEnd(line, range) {
+  const between = range.cloneRange();
+  const end = endOfLine(line, range);
+  if (end) between.setEndBefore(end); else between.setEnd(line, line.childNodes.length);
+  return holdsNothingVisible(between, 1);
+}
+
+// The checklist item that is read right after the line; null when something else follows.
+function itemBelow(line, range) {
+  let next = endOfLine(line, range);
+  for (let node = line; !next && node !== bodyEl; node = node.parentNode) {
+    next = node.nextSibling;
+    while (next && next.nodeType === Node.TEXT_NODE && isBlankText(next.nodeValue)) next = next.nextSibling;
+  }
+  const item = next && next.nodeType === Node.ELEMENT_NODE && (next.matches('li') ? next : next.matches('ul, ol') && next.querySelector('li'));
+  return item && boxOf(item) ? item : null;
+}
+
+// The item's own line goes to the end of the upper line, its nested lists stay where they are.
+function joinLine(upper, lower) {
   const ownList = lower.parentElement;
   const box = boxOf(lower);
   if (box) box.remove();
-  const nested = [...upper.children].find(child => child.matches('ul, ol'));
-  const isSpare = node => node && node.nodeName === 'BR';
-  const lastOfLine = nested ? nested.previousSibling : upper.lastChild;
-  if (isSpare(lastOfLine)) lastOfLine.remove(); // it only held the line open
+  const nested = [...lower.children].filter(child => child.matches('ul, ol'));
+  if (nested.length) lower.before(...nested);
+  const content = [...lower.childNodes].filter(node => node.nodeName !== 'BR' || lower.childNodes.length > 1);
+  const end = upper === bodyEl ? ownListAtTop(ownList) : nestedListOf(upper);
+  const last = end ? end.previousSibling : upper.lastChild;
+  if (last && last.nodeName === 'BR' && (content.length || last.previousSibling !== boxOf(upper))) last.remove(); // it only held the line open
   const mark = document.createTextNode('');
-  upper.insertBefore(mark, nested && upper.contains(nested) ? nested : null);
-  mark.after(...lower.childNodes);
-  const list = [...lower.children].filter(child => child.matches('ul, ol'));
-  if (list.length) lower.before(...list);
+  upper.insertBefore(mark, end);
+  mark.after(...content);
   lower.remove();
   removeEmptyLists(ownList);
-  ensureTypingTarget(upper);
+  if (isChecklistItem(upper)) ensureTypingTarget(upper);
+  else if (isHollow(upper)) upper.append(document.createElement('br'));
   placeCaretAtMark(mark);
+}
+
+function ownListAtTop(list) {
+  while (list.parentElement !== bodyEl) list = list.parentElement;
+  return list;
 }
 
 // The caret goes to the joint; the empty text node that marked it does not stay.

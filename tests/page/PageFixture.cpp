@@ -1,0 +1,167 @@
+#include "tests/page/PageFixture.h"
+
+#include "core/app/Platform.h"
+#include "editor/ScriptLiteral.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <chrono>
+
+Q_IMPORT_QML_PLUGIN(Plim_EditorPlugin)
+Q_IMPORT_QML_PLUGIN(Plim_ShellPlugin)
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+PageFixture::PageFixture()
+{
+    m_view.engine()->addImportPath(u":/qt/qml"_s);
+    m_view.setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view.resize(500, 400);
+}
+
+bool PageFixture::open()
+{
+    m_view.setSource(QUrl(u"qrc:/qt/qml/Plim/Editor/RichTextEditor.qml"_s));
+    if (m_view.status() != QQuickView::Ready)
+        return false;
+    m_coordinator = m_view.rootObject()->property("coordinator").value<RichTextEditorCoordinator *>();
+    m_coordinator->setController(&m_controller);
+    QObject::connect(m_coordinator, &RichTextEditorCoordinator::change, &m_view,
+                     [this](const QUuid &id, const QString &html) { changes.push_back({id, html}); });
+    QObject::connect(m_coordinator->webView(), &EditorWebView::messageReceived, &m_view,
+                     [this](const QString &handler, const QString &body) {
+                         if (handler == "plimLog"_L1)
+                             logs.push_back(body);
+                         else if (handler == "plimState"_L1)
+                             states.push_back(body);
+                     });
+    m_view.show();
+    return prepare() && activate();
+}
+
+bool PageFixture::open(const QUuid &noteID, const QString &html)
+{
+    if (!open())
+        return false;
+    ask(noteID, html);
+    // The page puts the caret into what it was given a moment later.
+    return QTest::qWaitFor([this, noteID] { return m_coordinator->loadedNoteID() == noteID; }, 10'000)
+        && QTest::qWaitFor([this] { return js(u"regionOf(document.activeElement) !== null"_s).toBool(); }, 5000);
+}
+
+void PageFixture::ask(const QUuid &noteID, const QString &html, double fontSize)
+{
+    RichTextEditor value;
+    value.noteID = noteID;
+    value.html = html;
+    value.bodyFontSize = fontSize;
+    m_coordinator->update(value);
+}
+
+bool PageFixture::activate()
+{
+    m_view.requestActivate();
+    webEngineView()->forceActiveFocus();
+    return QTest::qWaitForWindowActive(&m_view)
+        && QTest::qWaitFor([this] { return js(u"document.hasFocus()"_s).toBool(); }, 5000);
+}
+
+bool PageFixture::prepare()
+{
+    if (!QTest::qWaitFor([this] { return js(u"typeof window.setContent"_s) == u"function"_s; }, 20'000))
+        return false;
+    QFile file(u":/marks.js"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    js(QString::fromUtf8(file.readAll()));
+    return true;
+}
+
+QVariant PageFixture::js(const QString &script)
+{
+    struct Answer {
+        bool isThere = false;
+        QVariant value;
+        QEventLoop loop;
+    };
+    const auto answer = std::make_shared<Answer>();
+    m_coordinator->webView()->evaluate(script, [answer](const QVariant &result) {
+        answer->isThere = true;
+        answer->value = result;
+        answer->loop.quit();
+    });
+    QTimer::singleShot(10s, &answer->loop, &QEventLoop::quit);
+    if (!answer->isThere)
+        answer->loop.exec();
+    return answer->value;
+}
+
+void PageFixture::load(const QString &body, const QString &title)
+{
+    js(u"marks.load("_s + jsString(title) + u", "_s + jsString(body) + u"); null"_s);
+}
+
+void PageFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers, const QString &text, quint32 scanCode)
+{
+    const int before = js(u"marks.keysUp()"_s).toInt();
+    QKeyEvent down(QEvent::KeyPress, key, modifiers, scanCode, 0, 0, text);
+    QKeyEvent up(QEvent::KeyRelease, key, modifiers, scanCode, 0, 0, text);
+    QCoreApplication::sendEvent(&m_view, &down);
+    QCoreApplication::sendEvent(&m_view, &up);
+    if (!QTest::qWaitFor([&] { return js(u"marks.keysUp()"_s).toInt() > before; }, 5000))
+        qWarning("the page saw no key %d", int(key));
+}
+
+void PageFixture::type(const QString &text)
+{
+    for (const QChar c : text)
+        press(c == u' ' ? Qt::Key_Space : Qt::Key(c.toUpper().unicode()), {}, c);
+}
+
+void PageFixture::click(const QString &selector)
+{
+    const QVariantList centre =
+        js(u"(() => { const r = document.querySelector("_s + jsString(selector)
+           + u").getBoundingClientRect(); return [r.x + r.width / 2, r.y + r.height / 2]; })()"_s)
+            .toList();
+    if (centre.size() != 2) {
+        qWarning("nothing to click");
+        return;
+    }
+    js(u"window.clicksSeen = 0; document.addEventListener('click', () => { window.clicksSeen += 1; }, { once: true }); null"_s);
+    QTest::mouseClick(&m_view, Qt::LeftButton, {}, QPointF(centre[0].toDouble(), centre[1].toDouble()).toPoint());
+    if (!QTest::qWaitFor([this] { return js(u"window.clicksSeen"_s).toInt() > 0; }, 5000))
+        qWarning("the page saw no click");
+}
+
+void PageFixture::run(const EditorCommand &command)
+{
+    js(command.script());
+}
+
+QQuickItem *PageFixture::webEngineView() const
+{
+    return m_view.rootObject()->findChild<QQuickItem *>(u"editorWebView"_s);
+}
+
+int runPageTest(int argc, char **argv, int (*run)(int, char **))
+{
+    preparePlatform();
+    // No settings and no notes of the user are within reach of a test.
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    for (const char *name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+        qunsetenv(name);
+    QGuiApplication application(argc, argv);
+    return run(argc, argv);
+}
