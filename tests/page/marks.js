@@ -36,6 +36,7 @@
     if (!start) return;
     start[2].focus();
     document.getSelection().setBaseAndExtent(start[0], start[1], end[0], end[1]);
+    saveSelection(); // the event that does this comes a moment later
   };
 
   const attributes = element => {

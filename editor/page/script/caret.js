@@ -45,6 +45,11 @@ function placeCaretAtLineEnd(item) {
   if (!nested) placeCaretAtEnd(item); else placeCaretAt(item, [...item.childNodes].indexOf(nested));
 }
 
+function placeCaretAfterBox(item) {
+  const box = boxOf(item);
+  placeCaretAt(item, box ? [...item.childNodes].indexOf(box) + 1 : 0);
+}
+
 function placeCaretAtStart(element) {
   placeCaret(element, range => {
     range.setStart(element, 0);
@@ -106,6 +111,30 @@ function restoreSelection() {
     savedRange = null;
     focusContentEditable(bodyEl);
   }
+}
+
+// Runs a change that keeps the text and may take the caret to another place in it, or out of it.
+function keepingCaretInText(change) {
+  const { anchorNode, anchorOffset, focusNode, isCollapsed } = document.getSelection();
+  const isText = node => Boolean(node) && node.nodeType === Node.TEXT_NODE && bodyEl.contains(node);
+  if (!isText(anchorNode) || !isText(focusNode) || anchorOffset === 0) {
+    change();
+  } else if (!isCollapsed) {
+    keepingSelection(change);
+  } else {
+    let length = textBefore(anchorNode) + anchorOffset;
+    change();
+    const texts = document.createTreeWalker(bodyEl, NodeFilter.SHOW_TEXT);
+    while (texts.nextNode() && length > texts.currentNode.length) length -= texts.currentNode.length;
+    if (isText(texts.currentNode)) document.getSelection().collapse(texts.currentNode, length);
+  }
+}
+
+function textBefore(node) {
+  const texts = document.createTreeWalker(bodyEl, NodeFilter.SHOW_TEXT);
+  let length = 0;
+  while (texts.nextNode() && texts.currentNode !== node) length += texts.currentNode.length;
+  return length;
 }
 
 // Runs a change of the tree that moves nodes about and leaves the selection where it was.

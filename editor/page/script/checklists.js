@@ -169,6 +169,7 @@ function toggleChecklist() {
   try {
     const node = anchorForToggle();
     const block = blockAt(node, LINE_BLOCKS);
+    beginStep();
     if (!block) {
       const item = makeItem();
       bodyEl.append(makeChecklist(item));

@@ -1,56 +1,119 @@
 // ---- Content and commands, called by the host ------------------------------------------------------
 
 const BLOCK_COMMANDS = ['formatBlock', 'insertUnorderedList', 'insertOrderedList'];
+let shownNoteID = null; // whose content the regions hold
 const LEADING_HEADING = /^\s*<h1[^>]*>([\s\S]*?)<\/h1>/i;
 
 function setContent(html) {
   const match = html.match(LEADING_HEADING);
   const title = match ? match[1].replace(/<div\b[^>]*>/gi, '').replace(/<\/div>/gi, '') : '';
   const body = match ? html.slice(match[0].length) : html;
-  const scrollTop = bodyEl.dataset.noteId === String(currentNoteID) ? bodyEl.scrollTop : 0;
-  renewRegions();
+  const isRefresh = shownNoteID === currentNoteID;
+  const { scrollTop } = bodyEl;
+  savedRange = null;
+  savedEl = bodyEl;
   fill(titleEl, title);
   fill(bodyEl, body);
   sanitizeCurrentBody();
   normalizeChecklists();
-  bodyEl.scrollTop = scrollTop;
+  forgetHistory();
+  shownNoteID = currentNoteID;
+  bodyEl.scrollTop = isRefresh ? scrollTop : 0;
 }
 
 function fill(region, html) {
-  region.append(...makeHarmless(parseInert(html)).childNodes);
-}
-
-// The engine keeps one undo history for the page, and undoing a step of the note shown before
-// would put its nodes back into this one. A step only works on nodes that are still part of an
-// editable region, so each content gets regions of its own.
-function renewRegions() {
-  const hadFocus = regionOf(document.activeElement);
-  titleEl.replaceWith(titleEl = titleEl.cloneNode(false));
-  bodyEl.replaceWith(bodyEl = bodyEl.cloneNode(false));
-  bodyEl.dataset.noteId = String(currentNoteID);
-  savedRange = null;
-  savedEl = bodyEl;
-  attachRegions();
-  if (hadFocus) bodyEl.focus();
+  region.replaceChildren(...makeHarmless(parseInert(html)).childNodes);
 }
 
 function runCommand(name, value) {
   if (name === 'createLink' && !isHarmlessLink(value || '')) return;
   if (savedEl === titleEl && BLOCK_COMMANDS.includes(name)) placeCaretAtStart(bodyEl); else restoreSelection();
+  if (name === 'undo' || name === 'redo') {
+    runHistory(name === 'undo');
+    return;
+  }
+  beginStep();
   sanitizeCurrentBody();
-  document.execCommand(name, false, value === undefined ? null : value);
+  if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value); else document.execCommand(name, false, value === undefined ? null : value);
   tidyBody();
   saveSelection();
   notifyChange();
   reportSoon(REPORT_AFTER_COMMAND);
 }
 
+function runBlockCommand(name, value) {
+  const items = name === 'formatBlock' ? selectedItems() : [];
+  if (items.length) {
+    keepingSelection(() => items.forEach(item => formatItem(item, value)));
+    return;
+  }
+  // Moving a lone line into a list, the engine takes its caret to the start of the line.
+  keepingCaretInText(() => document.execCommand(name, false, value));
+  if (name !== 'formatBlock') tidyLooseLines();
+}
+
+// The list items the selection lies in; empty when it reaches lines outside of lists.
+function selectedItems() {
+  const range = currentRange();
+  if (!range) return [];
+  const lines = [...bodyEl.querySelectorAll('li, p, h1, h2, h3')].filter(line => range.intersectsNode(line));
+  const isItem = line => line.matches('li') || line.closest('li');
+  if (!lines.length || !lines.every(isItem) || !blockAt(range.startContainer, LIST_BLOCKS)) return [];
+  return lines.filter(line => line.matches('li') && !lines.some(other => other !== line && other.matches('li') && line.contains(other)));
+}
+
+// The engine puts the whole list into the heading, and leaves a checklist's box behind. The line of
+// the item becomes the heading.
+function formatItem(item, tag) {
+  for (const block of [...item.children].filter(child => child.matches('h1, h2, h3, p'))) unwrap(block);
+  if (tag === 'p') return;
+  const box = boxOf(item);
+  const end = nestedListOf(item);
+  const line = document.createElement(tag);
+  for (let node = box ? box.nextSibling : item.firstChild; node && node !== end;) {
+    const next = node.nextSibling;
+    line.append(node);
+    node = next;
+  }
+  item.insertBefore(line, end);
+}
+
 function insertHTML(html) {
   if (savedEl === titleEl) placeCaretAtStart(bodyEl); else restoreSelection();
+  beginStep();
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
-  document.execCommand('insertHTML', false, makeHarmless(parseInert(markup)).innerHTML);
+  insertIntoBody(makeHarmless(parseInert(markup)).innerHTML);
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
+}
+
+// A divider between the items of a checklist: the engine would leave the text below it without a
+// box. The list is parted instead.
+function insertIntoBody(html) {
+  const range = currentRange();
+  const item = range && blockAt(range.startContainer, LIST_BLOCKS);
+  if (html !== '<hr>' || !isChecklistItem(item) || item.parentElement.parentElement !== bodyEl) {
+    document.execCommand('insertHTML', false, html);
+    return;
+  }
+  if (!range.collapsed) document.execCommand('delete');
+  const list = item.parentElement;
+  const rest = cutToEnd(item);
+  dropEmptyNodes(rest);
+  const following = makeChecklist(...rest.hasChildNodes() ? [makeItem(...rest.childNodes)] : []);
+  while (item.nextSibling) following.append(item.nextSibling);
+  const divider = document.createElement('hr');
+  list.after(divider);
+  ensureTypingTarget(item);
+  if (following.hasChildNodes()) {
+    divider.after(following);
+    placeCaretAfterBox(following.querySelector('li'));
+    return;
+  }
+  const paragraph = document.createElement('p');
+  paragraph.append(document.createElement('br'));
+  divider.after(paragraph);
+  placeCaretAtStart(paragraph);
 }
 
 function isTitleBlank() {

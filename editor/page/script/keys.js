@@ -14,6 +14,7 @@ function onTitleKey(event) {
   if (isComposing(event) || event.key !== 'Enter') return;
   if (event.metaKey || event.ctrlKey || event.altKey || event.shiftKey) return;
   event.preventDefault();
+  endStep();
   placeCaretAtStart(bodyEl);
   notifyChange();
 }
@@ -29,6 +30,7 @@ function onBodyKey(event) {
   }
   if (event.altKey && !event.metaKey && !event.ctrlKey && !isAltGr(event) && FORMAT_KEYS[event.code]) {
     event.preventDefault();
+    beginStep();
     document.execCommand(FORMAT_KEYS[event.code]);
     finishEdit();
     return;
@@ -37,16 +39,19 @@ function onBodyKey(event) {
   const block = blockAt(anchor, LINE_BLOCKS);
   if (isChecklistItem(block)) {
     event.preventDefault();
+    beginStep();
     if (event.shiftKey) leaveChecklist(block); else splitItem(block);
     finishEdit();
   } else if (event.shiftKey) {
     // At the end of a block the engine holds the new line open with a second break. It stays:
     // without it the caret would be drawn, and the next letter written, on the line above.
     event.preventDefault();
+    beginStep();
     document.execCommand('insertLineBreak');
     finishEdit();
   } else if (block && ['H1', 'H2', 'H3'].includes(block.tagName)) {
     event.preventDefault();
+    beginStep();
     document.execCommand('insertParagraph');
     document.execCommand('formatBlock', false, 'p');
     finishEdit();
@@ -61,12 +66,13 @@ function finishEdit() {
 
 function onTabInItem(event) {
   event.preventDefault();
+  beginStep();
   const items = selectedChecklistItems();
   if (items.length) {
     keepingSelection(() => (event.shiftKey ? items.reverse().forEach(outdentItem) : items.forEach(indentItem)));
   } else {
     document.execCommand(event.shiftKey ? 'outdent' : 'indent');
-    wrapLooseLine();
+    if (event.shiftKey) tidyLooseLines();
     dropSpareBreak(blockAt(document.getSelection().anchorNode, LINE_BLOCKS));
   }
   finishEdit();
@@ -79,12 +85,6 @@ function dropSpareBreak(line) {
   if (last && last.nodeName === 'BR' && last.previousSibling && last.previousSibling.nodeName !== 'BR') {
     keepingSelection(() => last.remove());
   }
-}
-
-// A line that leaves its list stands in the body without a block; it becomes a paragraph.
-function wrapLooseLine() {
-  const anchor = document.getSelection().anchorNode;
-  if (anchor !== bodyEl && blockAt(anchor, LINE_BLOCKS) === bodyEl) document.execCommand('formatBlock', false, 'p');
 }
 
 function cutToEnd(item) {
@@ -145,16 +145,15 @@ function dropEmptyNodes(fragment) {
 // edited, is in the way) and Delete at its end leaves the joined item without a box. Both are done
 // here, whichever key or gesture asked for them.
 function onBeforeInput(event) {
-  if (event.isComposing) return;
-  if (event.inputType.startsWith('delete') && handleItemDeletion(event.inputType.endsWith('Forward'))) event.preventDefault();
-}
-
-function handleItemDeletion(isForward) {
+  if (event.isComposing || !event.inputType.startsWith('delete')) return;
   const range = currentRange();
-  if (!range || !range.collapsed) return false;
-  const isHandled = isForward ? deleteAtLineEnd(range) : deleteAtItemStart(range);
-  if (isHandled) finishEdit();
-  return isHandled;
+  if (!range || !range.collapsed) return;
+  beginStep('deleting');
+  const isHandled = event.inputType.endsWith('Forward') ? deleteAtLineEnd(range) : deleteAtItemStart(range);
+  if (!isHandled) return;
+  event.preventDefault();
+  endStep();
+  finishEdit();
 }
 
 function deleteAtItemStart(range) {

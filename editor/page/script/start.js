@@ -5,10 +5,11 @@ let wasRangeReplaced = false; // the edit under way replaces a selection, which 
 const observer = new MutationObserver(notifyDebounced);
 
 function attachRegions() {
-  observer.disconnect();
   for (const region of [titleEl, bodyEl]) {
     observer.observe(region, { childList: true, attributes: true, characterData: true, subtree: true });
+    region.addEventListener('beforeinput', prepareInput);
     region.addEventListener('input', onInput);
+    region.addEventListener('keydown', onHistoryKey);
     region.addEventListener('compositionend', onCompositionEnd);
     region.addEventListener('paste', handlePaste);
     region.addEventListener('drop', handleDrop);
@@ -17,7 +18,6 @@ function attachRegions() {
   }
   titleEl.addEventListener('keydown', onTitleKey);
   bodyEl.addEventListener('keydown', onBodyKey);
-  bodyEl.addEventListener('beforeinput', noteReplacedRange);
   bodyEl.addEventListener('beforeinput', onBeforeInput);
   bodyEl.addEventListener('mousedown', event => {
     if (event.target.classList.contains('chk')) event.preventDefault();
@@ -25,14 +25,22 @@ function attachRegions() {
   bodyEl.addEventListener('click', onBoxClick);
 }
 
-function noteReplacedRange() {
+// Runs before the engine edits by itself; deleting within the body is looked at once more after it.
+function prepareInput(event) {
   const range = currentRange();
   wasRangeReplaced = Boolean(range && !range.collapsed);
+  if (onHistoryInput(event)) return;
+  const isTyping = event.inputType === 'insertText' || event.inputType === 'insertCompositionText';
+  const isDeleting = event.inputType.startsWith('delete') && !wasRangeReplaced;
+  if (event.isComposing && stepKind === 'typing') return; // one composed text is never parted
+  if (!isDeleting || event.currentTarget === titleEl) beginStep(isTyping && !wasRangeReplaced ? 'typing' : isDeleting ? 'deleting' : null);
+  if (isTyping) stepKind = 'typing';
 }
 
 function onInput(event) {
   const isPlainTyping = event.inputType === 'insertText' && !wasRangeReplaced;
   if (event.currentTarget === bodyEl && !event.isComposing && !isPlainTyping) tidyBody();
+  markStepEnd();
   notifyThrottled();
 }
 
@@ -45,6 +53,7 @@ function onCompositionEnd() {
 
 function onBoxClick(event) {
   if (!event.target.classList.contains('chk')) return;
+  beginStep();
   setTicked(event.target, !event.target.classList.contains('checked'));
   notifyChange();
 }

@@ -1,7 +1,7 @@
 // ---- State -----------------------------------------------------------------------------------
 
-let titleEl = document.getElementById('title');
-let bodyEl = document.getElementById('body');
+const titleEl = document.getElementById('title');
+const bodyEl = document.getElementById('body');
 let savedRange = null; // last known selection inside title or body, a clone
 let savedEl = bodyEl; // the region, or after a caret helper the element, that savedRange belongs to
 let currentNoteID = null; // whose content the page shows, set by the host before each setContent

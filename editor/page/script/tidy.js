@@ -7,7 +7,7 @@
 
 const UNTIDY = 'span:not(.chk), font, div, blockquote, [style], [dir], li > li, '
   + 'p p, p h1, p h2, p h3, p ul, p ol, p hr, h1 h1, h1 h2, h1 h3, h2 h1, h2 h2, h2 h3, h3 h1, h3 h2, h3 h3, '
-  + 'h1 hr, h2 hr, h3 hr, a a, '
+  + 'h1 hr, h2 hr, h3 hr, h1 ul, h1 ol, h2 ul, h2 ol, h3 ul, h3 ol, a a, '
   + ':not(ul).checklist, .chk, ul.checklist > ul:not(.checklist), ul.checklist li > ul:not(.checklist), li.checked';
 
 function tidyBody() {
@@ -30,8 +30,45 @@ function tidyStyles() {
   }
 }
 
+// Lines that a list gave up stand in the body with a break after each; they become paragraphs.
+function tidyLooseLines() {
+  const range = currentRange();
+  if (!range) return;
+  const isInline = node => node && !(node.nodeType === Node.ELEMENT_NODE && node.matches(BLOCKS));
+  const isTouched = node => range.intersectsNode(node) || (range.startContainer === bodyEl && bodyEl.childNodes[range.startOffset] === node);
+  const loose = [...bodyEl.childNodes].filter(node => isInline(node) && isTouched(node));
+  if (!loose.length) return;
+  let [first] = loose;
+  let last = loose[loose.length - 1];
+  while (isInline(first.previousSibling) && first.previousSibling.nodeName !== 'BR') first = first.previousSibling;
+  while (isInline(last.nextSibling) && last.nodeName !== 'BR') last = last.nextSibling;
+  keepingSelection(() => {
+    let line = null;
+    for (let node = first; node;) {
+      const next = node === last ? null : node.nextSibling;
+      if (!isInline(node)) {
+        line = null;
+      } else if (line || !(node.nodeType === Node.TEXT_NODE && isBlankText(node.nodeValue))) {
+        if (!line) {
+          line = document.createElement('p');
+          node.before(line);
+        }
+        line.append(node);
+        if (node.nodeName === 'BR') {
+          if (line.childNodes.length > 1) node.remove();
+          line = null;
+        }
+      }
+      node = next;
+    }
+  });
+  const { anchorNode, anchorOffset, isCollapsed } = document.getSelection();
+  const line = isCollapsed && anchorNode === bodyEl && bodyEl.childNodes[anchorOffset];
+  if (line && line.nodeName === 'P') document.getSelection().collapse(line, 0);
+}
+
 function tidyNesting() {
-  const pairs = [['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, hr']];
+  const pairs = [['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, ul, ol, hr']];
   for (const [hosts, blocks] of pairs) {
     for (const block of [...bodyEl.querySelectorAll(blocks)]) {
       for (let host = block.parentElement.closest(hosts); host && host !== bodyEl && bodyEl.contains(host);
