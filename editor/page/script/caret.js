@@ -64,6 +64,23 @@ function placeCaretAtEnd(element) {
   });
 }
 
+// The end of the text, in its last line rather than behind it: this engine reports a caret just as
+// it was placed, and the line's format is read off it.
+function placeCaretAtTextEnd() {
+  let line = bodyEl;
+  const holdsText = node => node && node.nodeType === Node.ELEMENT_NODE && !['BR', 'HR', 'IMG'].includes(node.nodeName) && node.isContentEditable;
+  while (holdsText(line.lastChild)) line = line.lastChild;
+  const last = line.lastChild;
+  if (last && last.nodeType === Node.TEXT_NODE) {
+    placeCaretAt(last, last.length);
+  } else if (last && last.nodeName === 'BR' && line !== bodyEl) {
+    placeCaretAt(line, line.childNodes.length - 1);
+  } else {
+    placeCaretAtEnd(line);
+  }
+  savedEl = bodyEl;
+}
+
 function placeCaretAt(node, offset) {
   placeCaret(elementOf(node), range => {
     range.setStart(node, offset);

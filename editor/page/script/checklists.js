@@ -23,6 +23,13 @@ function makeBox() {
   return box;
 }
 
+function addBox(item) {
+  const box = makeBox();
+  item.prepend(box);
+  setTicked(box, item.classList.contains('checked'));
+  ensureTypingTarget(item);
+}
+
 function makeItem(...content) {
   const item = document.createElement('li');
   item.append(makeBox(), ...content);

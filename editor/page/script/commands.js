@@ -123,7 +123,7 @@ function isTitleBlank() {
 function focusBodyAtEnd() {
   setTimeout(() => {
     try {
-      placeCaretAtEnd(isTitleBlank() && isBlankText(bodyEl.textContent) ? titleEl : bodyEl);
+      if (isTitleBlank() && isBlankText(bodyEl.textContent)) placeCaretAtEnd(titleEl); else placeCaretAtTextEnd();
     } catch (error) { /* the caret stays where it is */ }
   }, FOCUS_DELAY);
 }

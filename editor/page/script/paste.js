@@ -24,7 +24,7 @@ function takeOver(event, data, region) {
     if (!PASTED_MARKUP.test(clean) && plain) {
       insertLines(plain, true);
     } else {
-      document.execCommand('insertHTML', false, sanitizeLines(html));
+      insertMarkup(sanitizeLines(html));
     }
   } else if (plain) {
     event.preventDefault();
@@ -42,7 +42,83 @@ function insertLines(plain, alwaysAsParagraphs) {
     return;
   }
   const html = lines.map(line => (line === '' ? '<p><br></p>' : '<p>' + escapeHTML(line) + '</p>')).join('');
-  if (html) document.execCommand('insertHTML', false, html); else document.execCommand('insertText', false, plain);
+  if (html) insertMarkup(html); else document.execCommand('insertText', false, plain);
+}
+
+// Cleaned markup, at the selection.
+function insertMarkup(html) {
+  const range = currentRange();
+  const item = range && blockAt(range.startContainer, LIST_BLOCKS);
+  const lines = isChecklistItem(item) ? linesOf(parseInert(html)) : [];
+  if (lines.length > 1) {
+    insertItems(lines);
+    return;
+  }
+  const isBoxless = line => !boxOf(line);
+  const boxless = new Set([...bodyEl.querySelectorAll('ul.checklist > li')].filter(isBoxless));
+  document.execCommand('insertHTML', false, html);
+  dropSpareBreak(blockAt(document.getSelection().anchorNode, LINE_BLOCKS));
+  // Cleaning has taken the boxes of pasted checklists; their items keep the ticks.
+  for (const line of bodyEl.querySelectorAll('ul.checklist > li')) {
+    if (isBoxless(line) && !boxless.has(line)) addBox(line);
+  }
+}
+
+// The lines of the markup, each as its inline nodes and whether it was ticked.
+function linesOf(root) {
+  const lines = [];
+  let isOpen = false;
+  const walk = (parent, isTicked) => {
+    for (const node of [...parent.childNodes]) {
+      const isElement = node.nodeType === Node.ELEMENT_NODE;
+      if (isElement && (node.matches(BLOCKS) || node.querySelector(BLOCKS))) {
+        isOpen = false;
+        walk(node, node.matches('li.checked'));
+        isOpen = false;
+      } else if (isOpen || isElement || !isBlankText(node.nodeValue)) {
+        if (!isOpen) lines.push({ nodes: [], isTicked });
+        isOpen = node.nodeName !== 'BR';
+        if (isOpen) lines[lines.length - 1].nodes.push(node);
+      }
+    }
+  };
+  walk(root, false);
+  return lines;
+}
+
+// The engine would put paragraphs between the items and leave what follows without a box. The
+// first line goes on with the item at the caret, every other one becomes an item.
+function insertItems(lines) {
+  if (!currentRange().collapsed) document.execCommand('delete');
+  const item = blockAt(currentRange().startContainer, LIST_BLOCKS);
+  if (!isChecklistItem(item)) {
+    document.execCommand('insertHTML', false, lines.map(line => renderedParagraph(line.nodes)).join(''));
+    return;
+  }
+  const rest = cutToEnd(item);
+  dropEmptyNodes(rest);
+  for (const spare of [...item.children].filter(child => child.nodeName === 'BR' && child === item.lastChild)) spare.remove();
+  item.append(...lines[0].nodes);
+  ensureTypingTarget(item);
+  let last = item;
+  for (const line of lines.slice(1)) {
+    const next = makeItem(...line.nodes);
+    setTicked(boxOf(next), line.isTicked);
+    last.after(next);
+    last = next;
+  }
+  const isSpare = rest.childNodes.length === 1 && rest.firstChild.nodeName === 'BR';
+  const mark = document.createTextNode('');
+  last.append(mark, ...(isSpare ? [] : rest.childNodes));
+  if (last.querySelector('br') && mark.previousSibling.nodeName === 'BR' && mark.nextSibling) mark.previousSibling.remove();
+  placeCaretAtMark(mark);
+}
+
+function renderedParagraph(nodes) {
+  const paragraph = inertDocument.createElement('p');
+  paragraph.append(...nodes);
+  if (isHollow(paragraph)) paragraph.append(inertDocument.createElement('br'));
+  return paragraph.outerHTML;
 }
 
 let isOwnDrag = false; // the selection of this page is being dragged within it
