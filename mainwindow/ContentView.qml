@@ -106,9 +106,9 @@ Window {
         CommandRow {
             id: commands
 
-            x: 24
+            x: 30 // where the page's text begins
             y: 12
-            width: parent.width - 32
+            width: parent.width - 38
             visible: root.content.hasEditedNote
             controller: editorController
         }

@@ -9,14 +9,12 @@ T.Button {
     property color ink: "#e6000000"
     property color shade: "#000000"
 
-    implicitWidth: Math.max(34, label.implicitWidth + 18)
+    implicitWidth: Math.max(root.implicitHeight, root.implicitContentWidth + 14)
     implicitHeight: 30
     hoverEnabled: true
     Accessible.name: root.text
 
     contentItem: Text {
-        id: label
-
         text: root.text
         color: root.ink
         font.family: "Outfit"
@@ -27,7 +25,7 @@ T.Button {
     }
     background: Rectangle {
         radius: 6
-        color: Qt.alpha(root.shade, root.down ? 0.2 : root.isLit ? 0.14 : root.hovered ? 0.08 : 0)
+        color: Qt.alpha(root.shade, root.down ? 0.22 : (root.isLit ? 0.14 : 0) + (root.hovered ? 0.06 : 0))
         border.width: root.visualFocus ? 2 : 0
         border.color: root.ink
     }
