@@ -80,8 +80,9 @@ Item {
         onJavaScriptDialogRequested: request => request.dialogReject()
         onFullScreenRequested: request => request.reject()
 
+        // A refused navigation ends as a failed load, too, and leaves the page as it was.
         onLoadingChanged: info => {
-            if (info.status === WebEngineView.LoadStartedStatus)
+            if (!view.isLoadingPage || info.status === WebEngineView.LoadStartedStatus)
                 return;
             view.isLoadingPage = false;
             if (info.status === WebEngineView.LoadSucceededStatus)

@@ -119,7 +119,7 @@ void TestPageCommands::commandsInBody_data()
     row("bulleted list off in an empty item", u"<ul><li>a</li><li>|<br></li></ul>"_s, Kind::bulletList,
         u"<ul><li>a</li></ul><p>|<br></p>"_s);
     row("bulleted list across text and checklist", u"<p>a[b</p><check><li.checked>☑milk</li><li>☐te]a</li></check>"_s, Kind::bulletList,
-        u"<check><li>a[b</li><li.checked>☑milk</li><li>☐te]a</li></check>"_s);
+        u"<ul><li>a[b</li></ul><check><li.checked>☑milk</li><li>☐te]a</li></check>"_s);
 }
 
 void TestPageCommands::commandsInBody()

@@ -130,37 +130,42 @@ function restoreSelection() {
   }
 }
 
-// Runs a change that keeps the text and may take the caret to another place in it, or out of it.
-function keepingCaretInText(change) {
-  const { anchorNode, anchorOffset, focusNode, isCollapsed } = document.getSelection();
-  const isText = node => Boolean(node) && node.nodeType === Node.TEXT_NODE && bodyEl.contains(node);
-  if (!isText(anchorNode) || !isText(focusNode) || anchorOffset === 0) {
-    change();
-  } else if (!isCollapsed) {
-    keepingSelection(change);
-  } else {
-    let length = textBefore(anchorNode) + anchorOffset;
-    change();
-    const texts = document.createTreeWalker(bodyEl, NodeFilter.SHOW_TEXT);
-    while (texts.nextNode() && length > texts.currentNode.length) length -= texts.currentNode.length;
-    if (isText(texts.currentNode)) document.getSelection().collapse(texts.currentNode, length);
+// Runs a change of the tree that moves nodes about and leaves the selection where it was in them.
+function keepingSelection(change) {
+  const { anchorNode, anchorOffset, focusNode, focusOffset } = document.getSelection();
+  const anchor = anchorNode && holdPlace(anchorNode, anchorOffset);
+  const focus = anchorNode && holdPlace(focusNode, focusOffset);
+  change();
+  if (anchor && anchor.node.isConnected && focus.node.isConnected) {
+    document.getSelection().setBaseAndExtent(...releasePlace(anchor), ...releasePlace(focus));
   }
 }
 
-function textBefore(node) {
-  const texts = document.createTreeWalker(bodyEl, NodeFilter.SHOW_TEXT);
-  let length = 0;
-  while (texts.nextNode() && texts.currentNode !== node) length += texts.currentNode.length;
-  return length;
+// A place as the text, or as the neighbour that goes with it wherever it is moved.
+function holdPlace(node, offset) {
+  if (node.nodeType !== Node.ELEMENT_NODE) return { node, offset };
+  if (node.childNodes[offset]) return { node: node.childNodes[offset], side: 0 };
+  return node.lastChild ? { node: node.lastChild, side: 1 } : { node, offset: 0 };
 }
 
-// Runs a change of the tree that moves nodes about and leaves the selection where it was.
-function keepingSelection(change) {
-  const selection = document.getSelection();
-  const { anchorNode, anchorOffset, focusNode, focusOffset } = selection;
-  change();
-  if (!anchorNode || !anchorNode.isConnected || !focusNode.isConnected) return;
-  const length = node => (node.nodeType === Node.ELEMENT_NODE ? node.childNodes.length : node.length);
-  selection.setBaseAndExtent(anchorNode, Math.min(anchorOffset, length(anchorNode)),
-    focusNode, Math.min(focusOffset, length(focusNode)));
+function releasePlace({ node, offset, side }) {
+  if (side !== undefined) return [node.parentNode, [...node.parentNode.childNodes].indexOf(node) + side];
+  return [node, Math.min(offset, node.nodeType === Node.ELEMENT_NODE ? node.childNodes.length : node.length)];
+}
+
+// A caret between the blocks, where the engine would make a line as it sees fit, goes into the line
+// that follows, or ends the one before.
+function settleCaret() {
+  const range = currentRange();
+  if (!range || !range.collapsed || !range.startContainer.matches || !range.startContainer.matches('#body, ul, ol')) return;
+  const line = node => node && node.nodeType === Node.ELEMENT_NODE
+    && (node.matches('p, h1, h2, h3, li') ? node : node.matches('ul, ol') && node.querySelector('li'));
+  const next = line(range.startContainer.childNodes[range.startOffset]);
+  const last = line(range.startContainer.childNodes[range.startOffset - 1]);
+  if (next) {
+    placeCaretAfterBox(next);
+  } else if (last) {
+    const items = last.parentElement.querySelectorAll('li');
+    placeCaretAtLineEnd(last.matches('li') ? items[items.length - 1] : last);
+  }
 }

@@ -82,94 +82,27 @@ function normalizeChecklists() {
     const item = box.closest('li');
     if (item) ensureTypingTarget(item);
   }
-}
-
-function topList(item) {
-  let list = item.parentElement;
-  while (list.parentElement !== bodyEl && list.parentElement.closest('ul, ol')) list = list.parentElement.closest('ul, ol');
-  return list;
-}
-
-// The item before or after this one as they are read, across nested lists.
-function neighbourItem(item, step) {
-  const items = [...topList(item).querySelectorAll('li')];
-  return items[items.indexOf(item) + step] || null;
-}
-
-function removeEmptyLists(list) {
-  for (let empty = list; empty && empty !== bodyEl && empty.matches('ul, ol') && !empty.querySelector('li');) {
-    const parent = empty.parentElement;
-    empty.remove();
-    empty = parent;
-  }
+  keepPlainItems();
 }
 
 // A checklist item becomes a paragraph above its list.
 function itemToParagraph(item) {
   const list = topList(item);
   const ownList = item.parentElement;
-  const box = boxOf(item);
-  if (box) box.remove();
   const nested = [...item.children].filter(child => child.matches('ul, ol'));
-  const paragraph = renamed(item, 'p');
   if (nested.length) item.before(...nested);
-  if (isHollow(paragraph)) paragraph.append(document.createElement('br'));
+  const paragraph = lineOf(item);
   list.before(paragraph);
   item.remove();
   removeEmptyLists(ownList);
   return paragraph;
 }
 
-// The engine's own indenting leaves the box behind, so the items of checklists are moved here. A
-// nested list stands among the items, as the engine puts those of other lists.
-function selectedChecklistItems() {
-  const range = currentRange();
-  const touched = [...bodyEl.querySelectorAll('ul.checklist > li')].filter(item => range.intersectsNode(item));
-  const own = touched.filter(item => !touched.some(other => other !== item && other.contains(item)));
-  const first = blockAt(range.startContainer, LIST_BLOCKS);
-  return isChecklistItem(first) || own.length > 1 ? own : [];
-}
+// Items of a checklist that never had a box: the others of a list when one of its items got it.
+let plainItems = new WeakSet();
 
-function indentItem(item) {
-  const { previousElementSibling: before, nextElementSibling: after } = item;
-  if (before && before.matches('ul.checklist')) {
-    before.append(item);
-    if (after && after.matches('ul.checklist')) {
-      before.append(...after.childNodes);
-      after.remove();
-    }
-  } else if (after && after.matches('ul.checklist')) {
-    after.prepend(item);
-  } else {
-    const list = makeChecklist();
-    item.replaceWith(list);
-    list.append(item);
-  }
-}
-
-// One level up; from the first level the item becomes a paragraph between what stood above and below.
-function outdentItem(item) {
-  const list = item.parentElement;
-  const outer = list.parentElement;
-  const following = makeChecklist();
-  while (item.nextSibling) following.append(item.nextSibling);
-  let moved = item;
-  if (outer.matches('ul, ol')) {
-    list.after(item);
-  } else if (outer.matches('li')) {
-    outer.after(item);
-  } else {
-    const box = boxOf(item);
-    if (box) box.remove();
-    const nested = nestedListOf(item);
-    if (nested) following.prepend(nested);
-    moved = renamed(item, 'p');
-    if (isHollow(moved)) moved.append(document.createElement('br'));
-    list.after(moved);
-    item.remove();
-  }
-  if (following.hasChildNodes()) moved.after(following);
-  removeEmptyLists(list);
+function keepPlainItems() {
+  plainItems = new WeakSet([...bodyEl.querySelectorAll('ul.checklist > li')].filter(item => !boxOf(item)));
 }
 
 function toggleChecklist() {
@@ -189,6 +122,7 @@ function toggleChecklist() {
       block.prepend(makeBox());
       ensureTypingTarget(block);
       block.parentElement.classList.add('checklist');
+      keepPlainItems();
       placeCaretAtEnd(block);
     } else {
       const item = makeItem(...block.childNodes);

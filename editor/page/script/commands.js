@@ -42,46 +42,14 @@ function runCommand(name, value) {
 }
 
 function runBlockCommand(name, value) {
-  const items = name === 'formatBlock' ? selectedItems() : [];
-  if (items.length) {
-    keepingSelection(() => items.forEach(item => formatItem(item, value)));
-    return;
-  }
-  // Moving a lone line into a list, the engine takes its caret to the start of the line.
-  keepingCaretInText(() => document.execCommand(name, false, value));
-  if (name !== 'formatBlock') tidyLooseLines();
-}
-
-// The list items the selection lies in; empty when it reaches lines outside of lists.
-function selectedItems() {
-  const range = currentRange();
-  if (!range) return [];
-  const lines = [...bodyEl.querySelectorAll('li, p, h1, h2, h3')].filter(line => range.intersectsNode(line));
-  const isItem = line => line.matches('li') || line.closest('li');
-  if (!lines.length || !lines.every(isItem) || !blockAt(range.startContainer, LIST_BLOCKS)) return [];
-  return lines.filter(line => line.matches('li') && !lines.some(other => other !== line && other.matches('li') && line.contains(other)));
-}
-
-// The engine puts the whole list into the heading, and leaves a checklist's box behind. The line of
-// the item becomes the heading.
-function formatItem(item, tag) {
-  for (const block of [...item.children].filter(child => child.matches('h1, h2, h3, p'))) unwrap(block);
-  if (tag === 'p') return;
-  const box = boxOf(item);
-  const end = nestedListOf(item);
-  const line = document.createElement(tag);
-  for (let node = box ? box.nextSibling : item.firstChild; node && node !== end;) {
-    const next = node.nextSibling;
-    line.append(node);
-    node = next;
-  }
-  item.insertBefore(line, end);
+  if (name === 'formatBlock') formatBlock(value); else toggleList(name === 'insertOrderedList' ? 'ol' : 'ul');
 }
 
 function insertHTML(html) {
   if (savedEl === titleEl) placeCaretAtStart(bodyEl); else restoreSelection();
   beginStep();
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
+  settleCaret();
   insertIntoBody(makeHarmless(parseInert(markup)).innerHTML);
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
@@ -96,7 +64,11 @@ function insertIntoBody(html) {
     document.execCommand('insertHTML', false, html);
     return;
   }
-  if (!range.collapsed) document.execCommand('delete');
+  if (!range.collapsed) {
+    document.execCommand('delete');
+    insertIntoBody(html);
+    return;
+  }
   const list = item.parentElement;
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);

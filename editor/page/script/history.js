@@ -92,6 +92,7 @@ function travel(from, to) {
   endStep();
   titleEl.replaceChildren(...state.regions[0].childNodes);
   bodyEl.replaceChildren(...state.regions[1].childNodes);
+  keepPlainItems();
   if (state.anchor && state.focus) {
     state.anchor.region.focus({ preventScroll: true });
     document.getSelection().setBaseAndExtent(...placeAt(state.anchor), ...placeAt(state.focus));

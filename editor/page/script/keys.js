@@ -36,7 +36,10 @@ function onBodyKey(event) {
     return;
   }
   if (event.key !== 'Enter' || event.metaKey || event.ctrlKey || event.altKey) return;
-  const block = blockAt(anchor, LINE_BLOCKS);
+  settleCaret();
+  const { anchorNode } = document.getSelection();
+  const item = blockAt(anchorNode, LIST_BLOCKS);
+  const block = isChecklistItem(item) ? item : blockAt(anchorNode, LINE_BLOCKS);
   if (isChecklistItem(block)) {
     event.preventDefault();
     beginStep();
@@ -64,29 +67,6 @@ function finishEdit() {
   notifyChange();
 }
 
-function onTabInItem(event) {
-  event.preventDefault();
-  beginStep();
-  const items = selectedChecklistItems();
-  if (items.length) {
-    keepingSelection(() => (event.shiftKey ? items.reverse().forEach(outdentItem) : items.forEach(indentItem)));
-  } else {
-    document.execCommand(event.shiftKey ? 'outdent' : 'indent');
-    if (event.shiftKey) tidyLooseLines();
-    dropSpareBreak(blockAt(document.getSelection().anchorNode, LINE_BLOCKS));
-  }
-  finishEdit();
-  reportSoon(REPORT_AFTER_COMMAND);
-}
-
-// A break at the end of a line that holds something else shows nothing.
-function dropSpareBreak(line) {
-  const last = line && line !== bodyEl && line.lastChild;
-  if (last && last.nodeName === 'BR' && last.previousSibling && last.previousSibling.nodeName !== 'BR') {
-    keepingSelection(() => last.remove());
-  }
-}
-
 function cutToEnd(item) {
   const rest = currentRange().cloneRange();
   rest.collapse(false);
@@ -99,6 +79,8 @@ function cutToEnd(item) {
 function splitItem(item) {
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
+  const [first] = rest.children;
+  if (first && first.matches('h1, h2, h3')) unwrap(first); // a heading does not go on in the next line
   if (rest.firstChild && rest.firstChild.nodeName === 'UL') rest.prepend(document.createElement('br'));
   const next = makeItem(...rest.childNodes);
   ensureTypingTarget(item);
@@ -171,10 +153,6 @@ function deleteAtLineEnd(range) {
   if (!lower) return false;
   joinLine(line, lower);
   return true;
-}
-
-function nestedListOf(line) {
-  return [...line.children].find(child => child.matches('ul, ol')) || null;
 }
 
 function holdsNothingVisible(range, breaksAllowed) {

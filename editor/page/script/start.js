@@ -30,6 +30,7 @@ function prepareInput(event) {
   const range = currentRange();
   wasRangeReplaced = Boolean(range && !range.collapsed);
   if (onHistoryInput(event)) return;
+  if (event.currentTarget === bodyEl && !event.isComposing) settleCaret();
   const isTyping = event.inputType === 'insertText' || event.inputType === 'insertCompositionText';
   const isDeleting = event.inputType.startsWith('delete') && !wasRangeReplaced;
   if (event.isComposing && stepKind === 'typing') return; // one composed text is never parted

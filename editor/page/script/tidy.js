@@ -5,21 +5,29 @@
 // (spans that freeze a style). It is put right where it arises, so that a note is stored in a form
 // that loads as it looks.
 
-const UNTIDY = 'span:not(.chk), font, div, blockquote, [style], [dir], li > li, '
-  + 'p p, p h1, p h2, p h3, p ul, p ol, p hr, h1 h1, h1 h2, h1 h3, h2 h1, h2 h2, h2 h3, h3 h1, h3 h2, h3 h3, '
-  + 'h1 hr, h2 hr, h3 hr, h1 ul, h1 ol, h2 ul, h2 ol, h3 ul, h3 ol, a a, '
-  + ':not(ul).checklist, .chk, ul.checklist > ul:not(.checklist), ul.checklist li > ul:not(.checklist), li.checked';
+const UNTIDY = 'span:not(.chk), font, div, blockquote, [style], [dir], li > li, li > p, li hr, '
+  + ':is(ul, ol) > :not(li, ul, ol), li:empty, a a, '
+  + 'p :is(p, h1, h2, h3, ul, ol, hr), :is(h1, h2, h3) :is(h1, h2, h3, p, ul, ol, hr), '
+  + ':not(ul).checklist, .chk, ul.checklist > li, ul.checklist > ul:not(.checklist), ul.checklist li > ul:not(.checklist), li.checked';
 
 function tidyBody() {
-  if (!bodyEl.querySelector(UNTIDY)) return;
+  if (!bodyEl.querySelector(UNTIDY) && !holdsLooseText()) return;
   keepingSelection(() => {
     tidyStyles();
     tidyNesting();
+    tidyLists();
     tidyBoxes();
   });
 }
 
+// Text that stands in a list beside its items.
+function holdsLooseText() {
+  return [...bodyEl.querySelectorAll('ul, ol')].some(list => [...list.childNodes].some(node => node.nodeType === Node.TEXT_NODE
+    && !isBlankText(node.nodeValue)));
+}
+
 function tidyStyles() {
+  for (const span of bodyEl.querySelectorAll('span[style]:not(.chk)')) keepFormats(span);
   for (const element of bodyEl.querySelectorAll('[style]')) element.removeAttribute('style');
   for (const element of bodyEl.querySelectorAll('[dir]')) element.removeAttribute('dir');
   for (const element of [...bodyEl.querySelectorAll('span:not(.chk), font')]) unwrap(element);
@@ -27,6 +35,20 @@ function tidyStyles() {
     for (const quote of [...bodyEl.querySelectorAll('blockquote')]) quote.replaceWith(renamed(quote, 'div'));
     linesAsParagraphs(bodyEl);
     for (const div of [...bodyEl.querySelectorAll('div')]) unwrap(div);
+  }
+}
+
+// Joining lines, the engine writes the formats of the moved text as styles. Those of a heading are
+// not the text's own; they stay behind.
+function keepFormats(span) {
+  const { fontWeight, fontStyle, textDecorationLine, textDecoration } = span.style;
+  const decoration = textDecorationLine + ' ' + textDecoration;
+  const formats = [['b', ['bold', '700'].includes(fontWeight)], ['i', fontStyle === 'italic'],
+    ['u', decoration.includes('underline')], ['s', decoration.includes('line-through')]];
+  for (const [tag] of formats.filter(([name, isSet]) => isSet && !span.closest(name))) {
+    const wrapper = document.createElement(tag);
+    wrapper.append(...span.childNodes);
+    span.append(wrapper);
   }
 }
 
@@ -68,15 +90,46 @@ function tidyLooseLines() {
 }
 
 function tidyNesting() {
-  const pairs = [['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, ul, ol, hr']];
+  const pairs = [['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, p, ul, ol, hr'], ['li', 'hr']];
   for (const [hosts, blocks] of pairs) {
     for (const block of [...bodyEl.querySelectorAll(blocks)]) {
-      for (let host = block.parentElement.closest(hosts); host && host !== bodyEl && bodyEl.contains(host);
-        host = block.parentElement.closest(hosts)) liftOut(block, host);
+      for (let host = hostOf(block, hosts); host; host = hostOf(block, hosts)) liftOut(block, host);
     }
   }
-  for (const item of [...bodyEl.querySelectorAll('li > li')]) item.parentElement.after(item);
   for (const link of [...bodyEl.querySelectorAll('a a')]) unwrap(link);
+}
+
+function hostOf(block, hosts) {
+  const host = block.parentElement.closest(hosts);
+  return host && host !== bodyEl && bodyEl.contains(host) ? host : null;
+}
+
+// A list holds items and lists, an item text, a heading and lists.
+function tidyLists() {
+  for (const item of [...bodyEl.querySelectorAll('li > li')]) item.parentElement.after(item);
+  for (const line of [...bodyEl.querySelectorAll('li > p')]) openLine(line);
+  for (const list of [...bodyEl.querySelectorAll('ul, ol')]) {
+    for (const child of [...list.childNodes]) {
+      if (child.nodeType === Node.TEXT_NODE ? isBlankText(child.nodeValue) : child.matches('li, ul, ol')) continue;
+      if (child.nodeType === Node.ELEMENT_NODE && child.matches(BLOCKS)) {
+        for (let host = hostOf(child, 'ul, ol'); host; host = hostOf(child, 'ul, ol')) liftOut(child, host);
+      } else {
+        const item = document.createElement('li');
+        child.before(item);
+        item.append(child);
+      }
+    }
+  }
+  for (const item of bodyEl.querySelectorAll('li:empty')) item.append(document.createElement('br'));
+  for (const list of [...bodyEl.querySelectorAll('ul, ol')]) removeEmptyLists(list);
+}
+
+// A paragraph in an item: its text goes on in the item, on a line of its own.
+function openLine(line) {
+  const isText = node => node && !(node.nodeType === Node.ELEMENT_NODE && node.matches('br, ul, ol, h1, h2, h3, .chk'));
+  if (isText(line.previousSibling)) line.before(document.createElement('br'));
+  if (isText(line.nextSibling) || (line.nextSibling && line.nextSibling.nodeName === 'P')) line.after(document.createElement('br'));
+  unwrap(line);
 }
 
 // Takes block out of host and puts it behind; what followed it goes on in a host of its own.
@@ -86,9 +139,15 @@ function liftOut(block, host) {
   rest.setEnd(host, host.childNodes.length);
   const tail = host.cloneNode(false);
   tail.append(rest.extractContents());
+  dropEmptyNodes(tail);
   host.after(block, tail);
-  if (isHollow(tail)) tail.remove();
+  if (isHollow(tail) && !tail.querySelector('li')) tail.remove();
+  else if (isChecklistItem(host) && boxOf(host)) {
+    tail.classList.remove('checked');
+    addBox(tail);
+  }
   if (isHollow(host)) host.remove();
+  else if (isChecklistItem(host)) ensureTypingTarget(host);
 }
 
 function tidyBoxes() {
@@ -110,7 +169,11 @@ function tidyBoxes() {
   }
   for (const item of bodyEl.querySelectorAll('ul.checklist > li')) {
     const box = boxOf(item);
-    if (!box) continue;
+    if (!box) {
+      // Parting and joining items, the engine leaves the box with one of them.
+      if (!plainItems.has(item)) addBox(item);
+      continue;
+    }
     setItemTicked(item, box.classList.contains('checked'));
     ensureTypingTarget(item);
   }
