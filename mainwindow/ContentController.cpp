@@ -73,7 +73,7 @@ int ContentController::selectedRow() const
 
 void ContentController::addNote()
 {
-    m_selection.setSelectedTab(SidebarTab::notes);
+    m_selection.setSelectedTab(SidebarTab::Notes);
     m_selection.setSelectedNoteID(m_store.addNote());
 }
 

@@ -53,16 +53,16 @@ Window {
                 text: L10n.notesTab
                 ink: "white"
                 shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.notes
-                onClicked: SelectionManager.selectedTab = SidebarTab.notes
+                isLit: SelectionManager.selectedTab === SidebarTab.Notes
+                onClicked: SelectionManager.selectedTab = SidebarTab.Notes
             }
             PlainButton {
                 objectName: "archiveTab"
                 text: L10n.archiveTab
                 ink: "white"
                 shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.archive
-                onClicked: SelectionManager.selectedTab = SidebarTab.archive
+                isLit: SelectionManager.selectedTab === SidebarTab.Archive
+                onClicked: SelectionManager.selectedTab = SidebarTab.Archive
             }
         }
     }

@@ -157,7 +157,7 @@ void NoteListModel::retranslate()
 
 bool NoteListModel::isVisible(const Note &note) const
 {
-    return note.isArchived == (m_selection.selectedTab() == SidebarTab::archive);
+    return note.isArchived == (m_selection.selectedTab() == SidebarTab::Archive);
 }
 
 /// How many notes of this list stand before the note in the store.

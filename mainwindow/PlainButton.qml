@@ -9,14 +9,12 @@ T.Button {
     property color ink: "#e6000000"
     property color shade: "#000000"
 
-    implicitWidth: Math.max(34, label.implicitWidth + 18)
+    implicitWidth: Math.max(34, root.implicitContentWidth + 18)
     implicitHeight: 30
     hoverEnabled: true
     Accessible.name: root.text
 
     contentItem: Text {
-        id: label
-
         text: root.text
         color: root.ink
         font.family: "Outfit"

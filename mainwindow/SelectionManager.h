@@ -39,5 +39,5 @@ private:
     [[nodiscard]] QUuid selectedNoteIDOrNull() const { return m_selectedNoteID.value_or(QUuid()); }
 
     std::optional<QUuid> m_selectedNoteID;
-    SidebarTab m_selectedTab = SidebarTab::notes;
+    SidebarTab m_selectedTab = SidebarTab::Notes;
 };

@@ -97,5 +97,5 @@ void PlimApp::selectPending()
     SelectionManager &selection = SelectionManager::shared();
     selection.setSelectedNoteID(pending);
     if (const Note *note = m_store.note(*pending))
-        selection.setSelectedTab(note->isArchived ? SidebarTab::archive : SidebarTab::notes);
+        selection.setSelectedTab(note->isArchived ? SidebarTab::Archive : SidebarTab::Notes);
 }
