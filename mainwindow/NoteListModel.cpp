@@ -67,6 +67,7 @@ void NoteListModel::follow(const NotesChange &change)
 {
     switch (change.kind) {
     case NotesChange::Kind::Reset:
+        m_texts.clear();
         reload();
         break;
     case NotesChange::Kind::Inserted:
