@@ -109,7 +109,8 @@ void ContentController::follow(const NotesChange &change)
         return;
     if (!selectedNote())
         m_selection.setSelectedNoteID(std::nullopt);
-    else if (change.kind == NotesChange::Kind::Reset || change.ids.contains(*selected))
+    else if (change.kind == NotesChange::Kind::Reset
+             || (change.kind == NotesChange::Kind::Updated && change.ids.contains(*selected)))
         Q_EMIT editedNoteChanged();
 }
 
