@@ -116,6 +116,7 @@ Window {
         Loader {
             id: editor
 
+            objectName: "editor"
             anchors.fill: parent
             anchors.topMargin: commands.y + commands.height + 10
             anchors.leftMargin: 24

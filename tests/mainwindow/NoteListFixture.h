@@ -46,7 +46,7 @@ struct NoteListFixture {
 
     ThrowAwayHome home;
     NoteStore store{home.data()};
-    SelectionManager selection;
+    SelectionManager selection{nullptr};
 };
 
 /// The list's headings, separated by spaces.

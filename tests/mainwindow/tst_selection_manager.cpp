@@ -12,7 +12,7 @@ class TestSelectionManager : public QObject
 private Q_SLOTS:
     void atFirstNoNoteAndTheNotes()
     {
-        const SelectionManager selection;
+        const SelectionManager selection(nullptr);
         QVERIFY(!selection.selectedNoteID());
         QVERIFY(selection.selectedTab() == SidebarTab::Notes);
         QCOMPARE(selection.property("selectedNoteID").toUuid(), QUuid());
@@ -20,7 +20,7 @@ private Q_SLOTS:
 
     void aNoteIsAnnouncedWhenItIsAnotherOne()
     {
-        SelectionManager selection;
+        SelectionManager selection(nullptr);
         QSignalSpy noteChanged(&selection, &SelectionManager::selectedNoteIDChanged);
         QSignalSpy tabChanged(&selection, &SelectionManager::selectedTabChanged);
         const QUuid first = QUuid::createUuid();
@@ -38,7 +38,7 @@ private Q_SLOTS:
 
     void aTabIsAnnouncedWhenItIsTheOther()
     {
-        SelectionManager selection;
+        SelectionManager selection(nullptr);
         selection.setSelectedNoteID(QUuid::createUuid());
         QSignalSpy noteChanged(&selection, &SelectionManager::selectedNoteIDChanged);
         QSignalSpy tabChanged(&selection, &SelectionManager::selectedTabChanged);
