@@ -51,7 +51,7 @@ void AppDelegate::collectTexts()
         isLongEnough = true;
         leaveWhenDone();
     });
-    QTimer::singleShot(longestWait, &loop, &QEventLoop::quit);
+    QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop, &QEventLoop::quit); // a coarse one may be late
     loop.exec();
 
     QSettings().sync();
