@@ -36,21 +36,38 @@ class SlowEditors : public QObject
 public:
     explicit SlowEditors(const QList<int> &answersAfter)
     {
-        connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, this, [=, this] {
-            ++asked;
-            for (const int after : answersAfter) {
-                const EditorFlush::Debt debt = EditorFlush::shared().owe();
-                if (after < 0)
-                    m_neverPaid << debt;
-                else if (after > 0)
-                    QTimer::singleShot(after, this, [debt] {});
-            }
-        });
+        connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, this,
+                [=, this] {
+                    ++asked;
+                    for (const int after : answersAfter) {
+                        const EditorFlush::Debt debt = EditorFlush::shared().owe();
+                        if (after < 0)
+                            m_neverPaid << debt;
+                        else if (after > 0)
+                            QTimer::singleShot(after, this, [debt] {});
+                    }
+                });
     }
     int asked = 0;
 
 private:
     QList<EditorFlush::Debt> m_neverPaid;
+};
+
+/// A window that refuses to close, and with that refuses the quit.
+class Refusing : public QWindow
+{
+public:
+    bool isRefusing = true;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::Close || !isRefusing)
+            return QWindow::event(event);
+        event->ignore();
+        return true;
+    }
 };
 
 /// Runs the event loop until the application quits, which it is asked to at once. Returns the
@@ -126,7 +143,8 @@ private Q_SLOTS:
         QTest::newRow("an event") << Trigger(postQuit);
         QTest::newRow("the last window closed") << Trigger([] {
             auto *window = new QWindow;
-            QObject::connect(qApp, &QGuiApplication::lastWindowClosed, window, &QObject::deleteLater);
+            QObject::connect(qApp, &QGuiApplication::lastWindowClosed, window,
+                             &QObject::deleteLater);
             window->show();
             window->close();
         });
@@ -146,10 +164,13 @@ private Q_SLOTS:
         const AppDelegate delegate;
         QStringList order;
         QObject listener;
-        connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, &listener, [&] {
-            order << u"asked"_s;
-            QTimer::singleShot(300, &listener, [&, debt = EditorFlush::shared().owe()] { order << u"answered"_s; });
-        });
+        connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, &listener,
+                [&] {
+                    order << u"asked"_s;
+                    QTimer::singleShot(300, &listener, [&, debt = EditorFlush::shared().owe()] {
+                        order << u"answered"_s;
+                    });
+                });
         connect(qApp, &QCoreApplication::aboutToQuit, &listener, [&] { order << u"ended"_s; });
         QVERIFY(runUntilQuit() >= 0);
         QCOMPARE(order, (QStringList{u"asked"_s, u"answered"_s, u"ended"_s}));
@@ -226,20 +247,6 @@ private Q_SLOTS:
 
     void aRefusedQuitCanBeAskedAgain()
     {
-        class Refusing : public QWindow
-        {
-        public:
-            bool isRefusing = true;
-
-        protected:
-            bool event(QEvent *event) override
-            {
-                if (event->type() != QEvent::Close || !isRefusing)
-                    return QWindow::event(event);
-                event->ignore();
-                return true;
-            }
-        };
         const AppDelegate delegate;
         const SlowEditors editors({10});
         Refusing window;
@@ -254,6 +261,24 @@ private Q_SLOTS:
         QVERIFY(runUntilQuit() >= 400);
         QCOMPARE(editors.asked, 2);
         QCOMPARE(aboutToQuit.count(), 1);
+    }
+
+    void aRefusedQuitStandsForThoseWhileItWaited()
+    {
+        AppDelegate delegate;
+        const SlowEditors editors({200});
+        Refusing window;
+        window.show();
+        QTimer::singleShot(0, qApp, quit);
+        QTimer::singleShot(50, qApp, quit);
+        QTimer::singleShot(400, qApp, [&] {
+            delegate.applicationShouldTerminate();
+            window.isRefusing = false;
+            QTimer::singleShot(0, &window,
+                               [] { QCoreApplication::exit(7); }); // behind a quit in the queue
+        });
+        QCOMPARE(QCoreApplication::exec(), 7);
+        QCOMPARE(editors.asked, 2);
     }
 
     void otherEventsAreNoneOfItsBusiness()

@@ -68,10 +68,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("named");
         QTest::newRow("an unknown option") << QStringList{u"--frobnicate"_s} << u"frobnicate"_s;
         QTest::newRow("an unknown short option") << QStringList{u"-x"_s} << u"'x'"_s;
-        QTest::newRow("two unknown options") << QStringList{u"--one"_s, u"--two"_s} << u"one, two"_s;
+        QTest::newRow("two unknown options")
+            << QStringList{u"--one"_s, u"--two"_s} << u"one, two"_s;
         QTest::newRow("a stray argument") << QStringList{u"notes.json"_s} << u"'notes.json'"_s;
         QTest::newRow("a stray empty argument") << QStringList{u""_s} << u"''"_s;
-        QTest::newRow("a stray argument behind an option") << QStringList{u"--version"_s, u"now"_s} << u"'now'"_s;
+        QTest::newRow("a stray argument behind an option")
+            << QStringList{u"--version"_s, u"now"_s} << u"'now'"_s;
         QTest::newRow("a value too much") << QStringList{u"--version=2"_s} << u"version"_s;
         QTest::newRow("a value missing") << QStringList{u"-session"_s} << u"session"_s;
     }
@@ -83,7 +85,8 @@ private Q_SLOTS:
         const Answer answer = ask(home, arguments);
         QCOMPARE(answer.code, 2);
         QCOMPARE(answer.output, QString());
-        QVERIFY2(answer.error.startsWith(u"plim: "_s) && answer.error.endsWith(u"\n"_s), qPrintable(answer.error));
+        QVERIFY2(answer.error.startsWith(u"plim: "_s) && answer.error.endsWith(u"\n"_s),
+                 qPrintable(answer.error));
         QCOMPARE(answer.error.count(u'\n'), 1);
         QVERIFY2(answer.error.contains(named), qPrintable(answer.error));
         QVERIFY2(answer.error.contains(u"plim --help"_s), qPrintable(answer.error));
@@ -105,7 +108,8 @@ private Q_SLOTS:
         const Answer answer = ask(home, {u"-session"_s, u"10a1_1700000000"_s});
         QVERIFY(answer.code != 2);
         QVERIFY2(!answer.error.contains(u"plim --help"_s), qPrintable(answer.error));
-        QVERIFY(ask(home, {u"-session"_s, u"10a1"_s, u"--version"_s}).output.startsWith(u"plim "_s));
+        QVERIFY(
+            ask(home, {u"-session"_s, u"10a1"_s, u"--version"_s}).output.startsWith(u"plim "_s));
     }
 };
 

@@ -23,13 +23,14 @@ struct Application : NoteListFixture {
     {
         store.setNotes(notesOf(u"A"_s));
         store.flush();
-        QObject::connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, &content, [this] {
-            if (!typed.isEmpty()) {
-                QTimer::singleShot(100, &content, [this, debt = EditorFlush::shared().owe()] {
-                    content.applyEdit(store.notes()[0].id, typed);
-                });
-            }
-        });
+        QObject::connect(
+            &NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, &content, [this] {
+                if (!typed.isEmpty()) {
+                    QTimer::singleShot(100, &content, [this, debt = EditorFlush::shared().owe()] {
+                        content.applyEdit(store.notes()[0].id, typed);
+                    });
+                }
+            });
         QTimer::singleShot(10'000, &content, [] { QCoreApplication::exit(1); });
     }
 

@@ -76,8 +76,10 @@ private Q_SLOTS:
         const auto names = QMetaEnum::fromType<CommandKinds::CommandKind>();
         const auto kinds = QMetaEnum::fromType<EditorCommand::Kind>();
         for (int i = 0; i < names.keyCount(); ++i)
-            QCOMPARE(QByteArray(names.key(i)).toLower(), QByteArray(kinds.valueToKey(names.value(i))).toLower());
-        QCOMPARE(names.keyCount(), kinds.keyCount() - 2); // headings and links carry more than a name
+            QCOMPARE(QByteArray(names.key(i)).toLower(),
+                     QByteArray(kinds.valueToKey(names.value(i))).toLower());
+        QCOMPARE(names.keyCount(),
+                 kinds.keyCount() - 2); // headings and links carry more than a name
     }
 
     void aButtonSendsItsCommand_data()
@@ -113,7 +115,8 @@ private Q_SLOTS:
         field->setProperty("text", u"https://example.org/a"_s);
         QMetaObject::invokeMethod(field, "accepted");
         QTRY_COMPARE(row.sent.count(), 1);
-        QCOMPARE(row.sent[0][0].toString(), EditorCommand::link(u"https://example.org/a"_s).script());
+        QCOMPARE(row.sent[0][0].toString(),
+                 EditorCommand::link(u"https://example.org/a"_s).script());
         QVERIFY(!field->parentItem()->property("visible").toBool());
     }
 

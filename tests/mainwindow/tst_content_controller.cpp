@@ -22,7 +22,10 @@ struct Fixture : NoteListFixture {
     QSignalSpy saved{&store, &NoteStore::saved};
 
     void select(const QString &heading) { selection.setSelectedNoteID(id(heading)); }
-    [[nodiscard]] QString body(const QString &heading) const { return store.note(id(heading))->body; }
+    [[nodiscard]] QString body(const QString &heading) const
+    {
+        return store.note(id(heading))->body;
+    }
 };
 
 using Operation = std::function<void(Fixture &)>;
@@ -99,14 +102,22 @@ private Q_SLOTS:
         const auto row = [](const char *name, const Operation &operation, int after) {
             QTest::newRow(name) << operation << after;
         };
-        row("a note above comes", [](auto &f) { f.store.addNote(); }, 3);
-        row("a note above goes", [](auto &f) { f.store.deleteNote(f.id(u"A"_s)); }, 1);
-        row("it moves", [](auto &f) { f.store.moveNote(f.id(u"C"_s), f.id(u"A"_s)); }, 0);
-        row("another one moves", [](auto &f) { f.store.moveNoteToEnd(f.id(u"A"_s)); }, 1);
-        row("it is archived", [](auto &f) { f.store.setArchived(true, {f.id(u"C"_s)}); }, -1);
-        row("the other tab", [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, -1);
-        row("no note", [](auto &f) { f.selection.setSelectedNoteID(std::nullopt); }, -1);
-        row("other notes", [](auto &f) { f.store.setNotes(notesOf(u"X"_s)); }, -1);
+        row(
+            "a note above comes", [](auto &f) { f.store.addNote(); }, 3);
+        row(
+            "a note above goes", [](auto &f) { f.store.deleteNote(f.id(u"A"_s)); }, 1);
+        row(
+            "it moves", [](auto &f) { f.store.moveNote(f.id(u"C"_s), f.id(u"A"_s)); }, 0);
+        row(
+            "another one moves", [](auto &f) { f.store.moveNoteToEnd(f.id(u"A"_s)); }, 1);
+        row(
+            "it is archived", [](auto &f) { f.store.setArchived(true, {f.id(u"C"_s)}); }, -1);
+        row(
+            "the other tab", [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, -1);
+        row(
+            "no note", [](auto &f) { f.selection.setSelectedNoteID(std::nullopt); }, -1);
+        row(
+            "other notes", [](auto &f) { f.store.setNotes(notesOf(u"X"_s)); }, -1);
     }
     void theSelectedRowFollowsTheList()
     {
@@ -168,20 +179,41 @@ private Q_SLOTS:
         const auto row = [](const char *name, const Operation &operation, int told) {
             QTest::newRow(name) << operation << told;
         };
-        row("an edit", [](auto &f) { f.content.applyEdit(f.id(u"B"_s), u"<h1>x</h1>"_s); }, 1);
-        row("an edit of another", [](auto &f) { f.content.applyEdit(f.id(u"A"_s), u"<h1>x</h1>"_s); }, 0);
-        row("a new note elsewhere", [](auto &f) { f.store.addNote(); }, 0);
-        row("another one is deleted", [](auto &f) { f.store.deleteNote(f.id(u"A"_s)); }, 0);
-        row("another one is archived", [](auto &f) { f.store.setArchived(true, {f.id(u"A"_s)}); }, 0);
-        row("both are archived", [](auto &f) { f.store.setArchived(true, {f.id(u"A"_s), f.id(u"B"_s)}); }, 1);
-        row("it moves", [](auto &f) { f.store.moveNoteToEnd(f.id(u"B"_s)); }, 0);
-        row("the other tab", [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, 0);
-        row("another language", [](auto &) { LanguageManager::shared().setLanguage(AppLanguage::pl); }, 0);
-        row("another note", [](auto &f) { f.select(u"A"_s); }, 1);
-        row("the same note", [](auto &f) { f.select(u"B"_s); }, 0);
-        row("it is deleted", [](auto &f) { f.store.deleteNote(f.id(u"B"_s)); }, 1);
-        row("other notes", [](auto &f) { f.store.setNotes(notesOf(u"X"_s)); }, 1);
-        row("the same note among others",
+        row(
+            "an edit", [](auto &f) { f.content.applyEdit(f.id(u"B"_s), u"<h1>x</h1>"_s); }, 1);
+        row(
+            "an edit of another",
+            [](auto &f) { f.content.applyEdit(f.id(u"A"_s), u"<h1>x</h1>"_s); }, 0);
+        row(
+            "a new note elsewhere", [](auto &f) { f.store.addNote(); }, 0);
+        row(
+            "another one is deleted", [](auto &f) { f.store.deleteNote(f.id(u"A"_s)); }, 0);
+        row(
+            "another one is archived", [](auto &f) { f.store.setArchived(true, {f.id(u"A"_s)}); },
+            0);
+        row(
+            "both are archived",
+            [](auto &f) {
+                f.store.setArchived(true, {f.id(u"A"_s), f.id(u"B"_s)});
+            },
+            1);
+        row(
+            "it moves", [](auto &f) { f.store.moveNoteToEnd(f.id(u"B"_s)); }, 0);
+        row(
+            "the other tab", [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, 0);
+        row(
+            "another language",
+            [](auto &) { LanguageManager::shared().setLanguage(AppLanguage::pl); }, 0);
+        row(
+            "another note", [](auto &f) { f.select(u"A"_s); }, 1);
+        row(
+            "the same note", [](auto &f) { f.select(u"B"_s); }, 0);
+        row(
+            "it is deleted", [](auto &f) { f.store.deleteNote(f.id(u"B"_s)); }, 1);
+        row(
+            "other notes", [](auto &f) { f.store.setNotes(notesOf(u"X"_s)); }, 1);
+        row(
+            "the same note among others",
             [](auto &f) {
                 NoteArray notes = f.store.notes();
                 notes.append(noteNamed(u"X"_s));
@@ -204,9 +236,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<Operation>("operation");
         QTest::newRow("alone") << Operation([](auto &f) { f.store.deleteNote(f.id(u"B"_s)); });
-        QTest::newRow("among others")
-            << Operation([](auto &f) { f.store.deleteNotes({f.id(u"A"_s), f.id(u"B"_s)}); });
-        QTest::newRow("other notes") << Operation([](auto &f) { f.store.setNotes(notesOf(u"X"_s)); });
+        QTest::newRow("among others") << Operation([](auto &f) {
+            f.store.deleteNotes({f.id(u"A"_s), f.id(u"B"_s)});
+        });
+        QTest::newRow("other notes")
+            << Operation([](auto &f) { f.store.setNotes(notesOf(u"X"_s)); });
         QTest::newRow("in the other tab") << Operation([](auto &f) {
             f.selection.setSelectedTab(SidebarTab::Archive);
             f.store.deleteNote(f.id(u"B"_s));
@@ -230,11 +264,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<Operation>("operation");
         QTest::newRow("a new note") << Operation([](auto &f) { f.content.addNote(); });
-        QTest::newRow("an edit") << Operation([](auto &f) { f.content.applyEdit(f.id(u"A"_s), u"x"_s); });
-        QTest::newRow("archiving") << Operation([](auto &f) { f.store.setArchived(true, {f.id(u"A"_s)}); });
+        QTest::newRow("an edit") << Operation(
+            [](auto &f) { f.content.applyEdit(f.id(u"A"_s), u"x"_s); });
+        QTest::newRow("archiving")
+            << Operation([](auto &f) { f.store.setArchived(true, {f.id(u"A"_s)}); });
         QTest::newRow("deleting") << Operation([](auto &f) { f.store.deleteNote(f.id(u"B"_s)); });
         QTest::newRow("moving") << Operation([](auto &f) { f.store.moveNoteToEnd(f.id(u"A"_s)); });
-        QTest::newRow("other notes") << Operation([](auto &f) { f.store.setNotes(notesOf(u"X"_s)); });
+        QTest::newRow("other notes")
+            << Operation([](auto &f) { f.store.setNotes(notesOf(u"X"_s)); });
     }
     void everyChangeAsksForASave()
     {

@@ -120,7 +120,9 @@ private Q_SLOTS:
     void theListsCurrentRowIsTheSelectedNote()
     {
         Window w(u"A B C"_s);
-        const auto current = [&] { return w.item(u"noteList"_s)->property("currentIndex").toInt(); };
+        const auto current = [&] {
+            return w.item(u"noteList"_s)->property("currentIndex").toInt();
+        };
         QCOMPARE(current(), -1);
         w.selection.setSelectedNoteID(w.store.notes()[1].id);
         QCOMPARE(current(), 1);
@@ -139,7 +141,8 @@ private Q_SLOTS:
             QStringList rows;
             for (int row = 0; row < list->property("count").toInt(); ++row) {
                 QQuickItem *item = nullptr;
-                QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem *, item), Q_ARG(int, row));
+                QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem *, item),
+                                          Q_ARG(int, row));
                 rows << (item ? item->property("headingText").toString() : u"nothing"_s);
             }
             return rows.join(u' ');

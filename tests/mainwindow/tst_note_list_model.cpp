@@ -28,16 +28,21 @@ public:
     explicit ModelSpy(const NoteListModel &model)
     {
         connect(&model, &NoteListModel::rowsInserted, this,
-                [this](const QModelIndex &, int first, int last) { told << u"insert %1-%2"_s.arg(first).arg(last); });
+                [this](const QModelIndex &, int first, int last) {
+                    told << u"insert %1-%2"_s.arg(first).arg(last);
+                });
         connect(&model, &NoteListModel::rowsRemoved, this,
-                [this](const QModelIndex &, int first, int last) { told << u"remove %1-%2"_s.arg(first).arg(last); });
+                [this](const QModelIndex &, int first, int last) {
+                    told << u"remove %1-%2"_s.arg(first).arg(last);
+                });
         connect(&model, &NoteListModel::rowsMoved, this,
                 [this](const QModelIndex &, int first, int last, const QModelIndex &, int to) {
                     told << u"move %1-%2 to %3"_s.arg(first).arg(last).arg(to);
                 });
-        connect(&model, &NoteListModel::dataChanged, this, [this](const QModelIndex &first, const QModelIndex &last) {
-            told << u"change %1-%2"_s.arg(first.row()).arg(last.row());
-        });
+        connect(&model, &NoteListModel::dataChanged, this,
+                [this](const QModelIndex &first, const QModelIndex &last) {
+                    told << u"change %1-%2"_s.arg(first.row()).arg(last.row());
+                });
         connect(&model, &NoteListModel::modelReset, this, [this] { told << u"reset"_s; });
         connect(&model, &NoteListModel::layoutChanged, this, [this] { told << u"layout"_s; });
     }
@@ -124,49 +129,77 @@ private Q_SLOTS:
         QTest::addColumn<Operation>("operation");
         QTest::addColumn<QString>("after");
         QTest::addColumn<QStringList>("told");
-        const auto row = [](const char *name, const QString &before, const Operation &operation, const QString &after,
-                            const QStringList &told) { QTest::newRow(name) << before << operation << after << told; };
+        const auto row = [](const char *name, const QString &before, const Operation &operation,
+                            const QString &after, const QStringList &told) {
+            QTest::newRow(name) << before << operation << after << told;
+        };
 
-        row("a new note", u"A B"_s, [](auto &f) { f.store.addNote(); }, u"Untitled A B"_s, {u"insert 0-0"_s});
-        row("an edit", u"A b C"_s, [](auto &f) { edit(f, u"C"_s, u"D"_s); }, u"A D"_s, {u"change 1-1"_s});
-        row("an edit in the other tab", u"A b C"_s, [](auto &f) { edit(f, u"b"_s, u"x"_s); }, u"A C"_s, {});
-        row("archiving", u"A b C D"_s, [](auto &f) { setArchived(f, true, {u"C"_s}); }, u"A D"_s, {u"remove 1-1"_s});
-        row("archiving what is archived", u"A b"_s, [](auto &f) { setArchived(f, true, {u"b"_s}); }, u"A"_s, {});
-        row("archiving two", u"A B C D"_s, [](auto &f) { setArchived(f, true, {u"A"_s, u"C"_s}); }, u"B D"_s,
-            {u"remove 2-2"_s, u"remove 0-0"_s});
+        row("a new note", u"A B"_s, [](auto &f) { f.store.addNote(); }, u"Untitled A B"_s,
+            {u"insert 0-0"_s});
+        row("an edit", u"A b C"_s, [](auto &f) { edit(f, u"C"_s, u"D"_s); }, u"A D"_s,
+            {u"change 1-1"_s});
+        row("an edit in the other tab", u"A b C"_s, [](auto &f) { edit(f, u"b"_s, u"x"_s); },
+            u"A C"_s, {});
+        row("archiving", u"A b C D"_s, [](auto &f) { setArchived(f, true, {u"C"_s}); }, u"A D"_s,
+            {u"remove 1-1"_s});
+        row("archiving what is archived", u"A b"_s, [](auto &f) { setArchived(f, true, {u"b"_s}); },
+            u"A"_s, {});
+        row("archiving two", u"A B C D"_s,
+            [](auto &f) {
+                setArchived(f, true, {u"A"_s, u"C"_s});
+            },
+            u"B D"_s, {u"remove 2-2"_s, u"remove 0-0"_s});
         row("restoring", u"A b C d"_s, [](auto &f) { setArchived(f, false, {u"b"_s}); }, u"A b C"_s,
             {u"insert 1-1"_s});
-        row("restoring neighbours", u"A b c D e"_s, [](auto &f) { setArchived(f, false, {u"c"_s, u"b"_s}); },
+        row("restoring neighbours", u"A b c D e"_s,
+            [](auto &f) {
+                setArchived(f, false, {u"c"_s, u"b"_s});
+            },
             u"A b c D"_s, {u"insert 1-2"_s});
-        row("archiving neighbours", u"A B c D"_s, [](auto &f) { setArchived(f, true, {u"A"_s, u"B"_s, u"D"_s}); },
+        row("archiving neighbours", u"A B c D"_s,
+            [](auto &f) {
+                setArchived(f, true, {u"A"_s, u"B"_s, u"D"_s});
+            },
             u""_s, {u"remove 0-2"_s});
-        row("restoring two", u"a B c"_s, [](auto &f) { setArchived(f, false, {u"c"_s, u"a"_s}); }, u"a B c"_s,
-            {u"insert 0-0"_s, u"insert 2-2"_s});
-        row("restoring what is there", u"A B"_s, [](auto &f) { setArchived(f, false, {u"B"_s}); }, u"A B"_s,
-            {u"change 1-1"_s});
-        row("deleting", u"A b C"_s, [](auto &f) { f.store.deleteNote(f.id(u"C"_s)); }, u"A"_s, {u"remove 1-1"_s});
-        row("deleting in the other tab", u"A b C"_s, [](auto &f) { f.store.deleteNote(f.id(u"b"_s)); }, u"A C"_s, {});
+        row("restoring two", u"a B c"_s,
+            [](auto &f) {
+                setArchived(f, false, {u"c"_s, u"a"_s});
+            },
+            u"a B c"_s, {u"insert 0-0"_s, u"insert 2-2"_s});
+        row("restoring what is there", u"A B"_s, [](auto &f) { setArchived(f, false, {u"B"_s}); },
+            u"A B"_s, {u"change 1-1"_s});
+        row("deleting", u"A b C"_s, [](auto &f) { f.store.deleteNote(f.id(u"C"_s)); }, u"A"_s,
+            {u"remove 1-1"_s});
+        row("deleting in the other tab", u"A b C"_s,
+            [](auto &f) { f.store.deleteNote(f.id(u"b"_s)); }, u"A C"_s, {});
         row("deleting several", u"A b C D"_s,
-            [](auto &f) { f.store.deleteNotes({f.id(u"b"_s), f.id(u"C"_s), f.id(u"A"_s)}); }, u"D"_s,
-            {u"remove 0-1"_s});
-        row("moving up", u"A b C D"_s, [](auto &f) { f.store.moveNote(f.id(u"D"_s), f.id(u"A"_s)); }, u"D A C"_s,
+            [](auto &f) {
+                f.store.deleteNotes({f.id(u"b"_s), f.id(u"C"_s), f.id(u"A"_s)});
+            },
+            u"D"_s, {u"remove 0-1"_s});
+        row("moving up", u"A b C D"_s,
+            [](auto &f) { f.store.moveNote(f.id(u"D"_s), f.id(u"A"_s)); }, u"D A C"_s,
             {u"move 2-2 to 0"_s});
-        row("moving down", u"A b C D"_s, [](auto &f) { f.store.moveNote(f.id(u"A"_s), f.id(u"D"_s)); }, u"C A D"_s,
+        row("moving down", u"A b C D"_s,
+            [](auto &f) { f.store.moveNote(f.id(u"A"_s), f.id(u"D"_s)); }, u"C A D"_s,
             {u"move 0-0 to 2"_s});
-        row("moving to the end", u"A B C"_s, [](auto &f) { f.store.moveNoteToEnd(f.id(u"A"_s)); }, u"B C A"_s,
-            {u"move 0-0 to 3"_s});
-        row("moving among the hidden", u"A b c D"_s, [](auto &f) { f.store.moveNote(f.id(u"D"_s), f.id(u"b"_s)); },
-            u"A D"_s, {});
-        row("moving a hidden one", u"A b C"_s, [](auto &f) { f.store.moveNoteToEnd(f.id(u"b"_s)); }, u"A C"_s, {});
-        row("other notes", u"A B"_s, [](auto &f) { f.store.setNotes(notesOf(u"X y Z"_s)); }, u"X Z"_s,
-            {u"reset"_s});
-        row("the same notes", u"A B"_s, [](auto &f) { f.store.setNotes(NoteArray(f.store.notes())); }, u"A B"_s, {});
-        row("the other tab", u"A b"_s, [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, u"b"_s,
-            {u"reset"_s});
-        row("another selected note", u"A b"_s, [](auto &f) { f.selection.setSelectedNoteID(f.id(u"A"_s)); }, u"A"_s,
-            {});
-        row("another language", u"A b C"_s, [](auto &) { LanguageManager::shared().setLanguage(AppLanguage::pl); },
-            u"A C"_s, {u"change 0-1"_s});
+        row("moving to the end", u"A B C"_s, [](auto &f) { f.store.moveNoteToEnd(f.id(u"A"_s)); },
+            u"B C A"_s, {u"move 0-0 to 3"_s});
+        row("moving among the hidden", u"A b c D"_s,
+            [](auto &f) { f.store.moveNote(f.id(u"D"_s), f.id(u"b"_s)); }, u"A D"_s, {});
+        row("moving a hidden one", u"A b C"_s, [](auto &f) { f.store.moveNoteToEnd(f.id(u"b"_s)); },
+            u"A C"_s, {});
+        row("other notes", u"A B"_s, [](auto &f) { f.store.setNotes(notesOf(u"X y Z"_s)); },
+            u"X Z"_s, {u"reset"_s});
+        row("the same notes", u"A B"_s,
+            [](auto &f) { f.store.setNotes(NoteArray(f.store.notes())); }, u"A B"_s, {});
+        row("the other tab", u"A b"_s,
+            [](auto &f) { f.selection.setSelectedTab(SidebarTab::Archive); }, u"b"_s, {u"reset"_s});
+        row("another selected note", u"A b"_s,
+            [](auto &f) { f.selection.setSelectedNoteID(f.id(u"A"_s)); }, u"A"_s, {});
+        row("another language", u"A b C"_s,
+            [](auto &) { LanguageManager::shared().setLanguage(AppLanguage::pl); }, u"A C"_s,
+            {u"change 0-1"_s});
         row("another language for nobody", u"b"_s,
             [](auto &) { LanguageManager::shared().setLanguage(AppLanguage::pl); }, u""_s, {});
     }
@@ -191,7 +224,8 @@ private Q_SLOTS:
         Note note = f.store.notes()[0];
         note.color = u"blue"_s;
         f.store.updateNote(note);
-        QCOMPARE(f.model.index(0).data(NoteListModel::ColorRole).value<QColor>(), displayNoteColor(u"blue"_s));
+        QCOMPARE(f.model.index(0).data(NoteListModel::ColorRole).value<QColor>(),
+                 displayNoteColor(u"blue"_s));
     }
 
     void anEditInTheOtherTabIsShownThere()
@@ -274,13 +308,15 @@ private Q_SLOTS:
             edit(f, u"note 150"_s, u"note 150"_s);
             readAll();
         });
-        QVERIFY2(afterEdit * 10 < derived, qPrintable(u"%1 ns, %2 ns"_s.arg(derived).arg(afterEdit)));
+        QVERIFY2(afterEdit * 10 < derived,
+                 qPrintable(u"%1 ns, %2 ns"_s.arg(derived).arg(afterEdit)));
         const double afterTabs = bestDuration([&] {
             f.selection.setSelectedTab(SidebarTab::Archive);
             f.selection.setSelectedTab(SidebarTab::Notes);
             readAll();
         });
-        QVERIFY2(afterTabs * 10 < derived, qPrintable(u"%1 ns, %2 ns"_s.arg(derived).arg(afterTabs)));
+        QVERIFY2(afterTabs * 10 < derived,
+                 qPrintable(u"%1 ns, %2 ns"_s.arg(derived).arg(afterTabs)));
     }
 
     void manyNotesAtOnce_data()
@@ -301,7 +337,8 @@ private Q_SLOTS:
             f.store.setArchived(true, ids);
             f.store.setArchived(false, ids);
         });
-        QTest::newRow("deleted") << Operation([=](auto &f) { f.store.deleteNotes(everyOther(f.store)); });
+        QTest::newRow("deleted") << Operation(
+            [=](auto &f) { f.store.deleteNotes(everyOther(f.store)); });
     }
     void manyNotesAtOnce()
     {

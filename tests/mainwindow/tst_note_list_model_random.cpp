@@ -29,20 +29,24 @@ public:
     {
         readAll();
         connect(&model, &NoteListModel::modelReset, this, [this] { readAll(); });
-        connect(&model, &NoteListModel::rowsInserted, this, [this](const QModelIndex &, int first, int last) {
-            for (int row = first; row <= last; ++row)
-                rows.insert(row, read(row));
-        });
+        connect(&model, &NoteListModel::rowsInserted, this,
+                [this](const QModelIndex &, int first, int last) {
+                    for (int row = first; row <= last; ++row)
+                        rows.insert(row, read(row));
+                });
         connect(&model, &NoteListModel::rowsRemoved, this,
-                [this](const QModelIndex &, int first, int last) { rows.remove(first, last - first + 1); });
+                [this](const QModelIndex &, int first, int last) {
+                    rows.remove(first, last - first + 1);
+                });
         connect(&model, &NoteListModel::rowsMoved, this,
                 [this](const QModelIndex &, int from, int, const QModelIndex &, int to) {
                     rows.move(from, to > from ? to - 1 : to);
                 });
-        connect(&model, &NoteListModel::dataChanged, this, [this](const QModelIndex &first, const QModelIndex &last) {
-            for (int row = first.row(); row <= last.row(); ++row)
-                rows[row] = read(row);
-        });
+        connect(&model, &NoteListModel::dataChanged, this,
+                [this](const QModelIndex &first, const QModelIndex &last) {
+                    for (int row = first.row(); row <= last.row(); ++row)
+                        rows[row] = read(row);
+                });
     }
 
     QList<Row> rows;
@@ -51,7 +55,8 @@ private:
     [[nodiscard]] Row read(int row) const
     {
         const QModelIndex index = m_model.index(row);
-        return {index.data(NoteListModel::NoteIDRole).toUuid(), index.data(NoteListModel::HeadingRole).toString(),
+        return {index.data(NoteListModel::NoteIDRole).toUuid(),
+                index.data(NoteListModel::HeadingRole).toString(),
                 index.data(NoteListModel::PreviewRole).toString(),
                 index.data(NoteListModel::ColorRole).value<QColor>()};
     }
@@ -73,8 +78,8 @@ QList<Row> filtered(const NoteListFixture &f)
         if (note.isArchived != (f.selection.selectedTab() == SidebarTab::Archive))
             continue;
         const QString heading = note.headingText();
-        rows << Row{note.id, heading.isEmpty() ? L10n::untitled() : heading, note.previewText(L10n::noContent()),
-                    displayNoteColor(note.color)};
+        rows << Row{note.id, heading.isEmpty() ? L10n::untitled() : heading,
+                    note.previewText(L10n::noContent()), displayNoteColor(note.color)};
     }
     return rows;
 }
@@ -131,7 +136,8 @@ public:
         default:
             if (m_random.bounded(4) == 0)
                 LanguageManager::shared().setLanguage(AppLanguage(m_random.bounded(2)));
-            m_f.selection.setSelectedTab(m_random.bounded(2) == 0 ? SidebarTab::Notes : SidebarTab::Archive);
+            m_f.selection.setSelectedTab(m_random.bounded(2) == 0 ? SidebarTab::Notes
+                                                                  : SidebarTab::Archive);
             return u"switch"_s;
         }
     }
@@ -141,8 +147,9 @@ private:
     QUuid anyID()
     {
         const int size = int(m_f.store.notes().size());
-        return size == 0 || m_random.bounded(20) == 0 ? QUuid::createUuid()
-                                                      : m_f.store.notes()[m_random.bounded(size)].id;
+        return size == 0 || m_random.bounded(20) == 0
+                   ? QUuid::createUuid()
+                   : m_f.store.notes()[m_random.bounded(size)].id;
     }
     QSet<QUuid> someIDs()
     {
@@ -157,8 +164,9 @@ private:
         if (!note)
             return u"edit nothing"_s;
         Note edited = *note;
-        edited.body = m_random.bounded(5) == 0 ? u"<h1><br></h1>"_s
-                                               : noteNamed(QString::number(m_random.bounded(1000))).body;
+        edited.body = m_random.bounded(5) == 0
+                          ? u"<h1><br></h1>"_s
+                          : noteNamed(QString::number(m_random.bounded(1000))).body;
         edited.color = rawValue(allNoteColors[m_random.bounded(int(allNoteColors.size()))]);
         edited.isArchived ^= m_random.bounded(5) == 0;
         m_f.store.updateNote(edited);
@@ -197,7 +205,8 @@ private Q_SLOTS:
         QTest::addColumn<quint32>("seed");
         const QByteArray chosen = qgetenv("PLIM_TEST_SEED");
         for (int run = 0; run < 4; ++run) {
-            const quint32 seed = chosen.isEmpty() ? QRandomGenerator::global()->generate() : chosen.toUInt();
+            const quint32 seed =
+                chosen.isEmpty() ? QRandomGenerator::global()->generate() : chosen.toUInt();
             QTest::addRow("run %d, PLIM_TEST_SEED=%u", run, seed) << seed;
         }
     }
@@ -206,13 +215,15 @@ private Q_SLOTS:
         QFETCH(quint32, seed);
         NoteListFixture f(u"A b C d E"_s);
         NoteListModel model(f.store, f.selection);
-        const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+        const QAbstractItemModelTester tester(
+            &model, QAbstractItemModelTester::FailureReportingMode::Fatal);
         const FaithfulView view(model);
         RandomUser user(f, seed);
         for (int step = 0; step < 1000; ++step) {
             const QString act = user.act();
             const QList<Row> wanted = filtered(f);
-            QVERIFY2(view.rows == wanted, qPrintable(u"seed %1, step %2: %3"_s.arg(seed).arg(step).arg(act)));
+            QVERIFY2(view.rows == wanted,
+                     qPrintable(u"seed %1, step %2: %3"_s.arg(seed).arg(step).arg(act)));
             for (int row = 0; row < wanted.size(); ++row)
                 QCOMPARE(model.rowOf(wanted[row].id), row);
         }

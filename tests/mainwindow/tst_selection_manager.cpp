@@ -25,8 +25,11 @@ private Q_SLOTS:
         QSignalSpy tabChanged(&selection, &SelectionManager::selectedTabChanged);
         const QUuid first = QUuid::createUuid();
         const QUuid second = QUuid::createUuid();
-        const struct { std::optional<QUuid> id; int changes; } steps[] = {
-            {std::nullopt, 0}, {first, 1}, {first, 1}, {second, 2}, {std::nullopt, 3}, {std::nullopt, 3}, {first, 4}};
+        const struct {
+            std::optional<QUuid> id;
+            int changes;
+        } steps[] = {{std::nullopt, 0}, {first, 1},        {first, 1}, {second, 2},
+                     {std::nullopt, 3}, {std::nullopt, 3}, {first, 4}};
         for (const auto &[id, changes] : steps) {
             selection.setSelectedNoteID(id);
             QVERIFY(selection.selectedNoteID() == id);

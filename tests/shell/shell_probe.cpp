@@ -24,9 +24,11 @@ int main(int argc, char **argv)
     }
     for (qsizetype i = 0; i < registrations; ++i)
         registerOutfitFonts();
-    for (const auto weight : {QFont::ExtraLight, QFont::Normal, QFont::DemiBold, QFont::Bold, QFont::Black}) {
+    for (const auto weight :
+         {QFont::ExtraLight, QFont::Normal, QFont::DemiBold, QFont::Bold, QFont::Black}) {
         const QRawFont face = QRawFont::fromFont(QFont(u"Outfit"_s, 16, weight));
-        std::puts(qPrintable(u"%1 %2 %3"_s.arg(QString::number(weight), face.familyName(), face.styleName())));
+        std::puts(qPrintable(
+            u"%1 %2 %3"_s.arg(QString::number(weight), face.familyName(), face.styleName())));
     }
     return 0;
 }

@@ -6,10 +6,10 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QStringList names{u"Outfit-Regular"_s, u"Outfit-ExtraLight"_s, u"Outfit-SemiBold"_s, u"Outfit-Bold"_s,
-                        u"Outfit-Black"_s};
-const QStringList faces{u"200 Outfit ExtraLight"_s, u"400 Outfit Regular"_s, u"600 Outfit SemiBold"_s,
-                        u"700 Outfit Bold"_s, u"900 Outfit Black"_s};
+const QStringList names{u"Outfit-Regular"_s, u"Outfit-ExtraLight"_s, u"Outfit-SemiBold"_s,
+                        u"Outfit-Bold"_s, u"Outfit-Black"_s};
+const QStringList faces{u"200 Outfit ExtraLight"_s, u"400 Outfit Regular"_s,
+                        u"600 Outfit SemiBold"_s, u"700 Outfit Bold"_s, u"900 Outfit Black"_s};
 
 QStringList each(const QString &pattern)
 {
@@ -51,7 +51,8 @@ struct Installation : ShellProbe {
     }
     [[nodiscard]] QStringList logLines() const
     {
-        return QString::fromUtf8(home.read(u"Documents/plim_font.log"_s)).split(u'\n', Qt::SkipEmptyParts);
+        return QString::fromUtf8(home.read(u"Documents/plim_font.log"_s))
+            .split(u'\n', Qt::SkipEmptyParts);
     }
 };
 } // namespace
@@ -67,7 +68,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isFirstCandidate");
         QTest::newRow("beside the program") << u"application/bin"_s << true;
         QTest::newRow("in the resources of a bundle") << u"application/Resources"_s << true;
-        QTest::newRow("in the shared files of an installation") << u"application/share/plim"_s << true;
+        QTest::newRow("in the shared files of an installation")
+            << u"application/share/plim"_s << true;
         QTest::newRow("in Fonts beside the program") << u"application/bin/Fonts"_s << false;
         QTest::newRow("in Fonts of a bundle") << u"application/Resources/Fonts"_s << false;
         QTest::newRow("in Fonts of an installation") << u"application/share/plim/Fonts"_s << false;
@@ -87,7 +89,8 @@ private Q_SLOTS:
         QCOMPARE(installation.lines, faces);
         QCOMPARE(installation.logged(u"Plim: font"_s), each(u"Plim: font registered %1"_s));
         QCOMPARE(installation.logged(u"try"_s),
-                 isFirstCandidate ? QStringList() : QStringList(names.size(), u"try Bundle.main Fonts/"_s));
+                 isFirstCandidate ? QStringList()
+                                  : QStringList(names.size(), u"try Bundle.main Fonts/"_s));
     }
 
     void theBuildDirectoryFindsTheSourcesFonts()
@@ -104,13 +107,15 @@ private Q_SLOTS:
         installation.putFonts(u"application/bin"_s);
         QVERIFY2(installation.run(), qPrintable(installation.log));
         const QStringList lines = installation.logLines();
-        QCOMPARE(lines.constFirst(), u"[FONT] register start Bundle.main=%1 exec=%2"_s.arg(
-                                         installation.home.path(u"application/bin"_s), installation.executable()));
+        QCOMPARE(lines.constFirst(),
+                 u"[FONT] register start Bundle.main=%1 exec=%2"_s.arg(
+                     installation.home.path(u"application/bin"_s), installation.executable()));
         QCOMPARE(lines.mid(1, 5), each(u"[FONT] Plim: font registered %1"_s));
         QVERIFY(lines.size() > 6);
         QVERIFY(lines.contains(u"[FONT] Plim: available family Outfit"_s));
         for (const QString &line : lines.mid(6))
-            QVERIFY2(line.startsWith(u"[FONT] Plim: available family "_s) && line.contains(u"Outfit"_s),
+            QVERIFY2(line.startsWith(u"[FONT] Plim: available family "_s) &&
+                         line.contains(u"Outfit"_s),
                      qPrintable(line));
         for (const QString &line : lines)
             QVERIFY2(installation.log.contains(line.mid(7)), qPrintable(line));
@@ -132,7 +137,8 @@ private Q_SLOTS:
         installation.putFonts(u"application/bin"_s);
         QVERIFY(installation.run({u"fonts"_s, u"fonts"_s}));
         QCOMPARE(installation.lines, faces);
-        QCOMPARE(installation.logged(u"Plim: font registered"_s), each(u"Plim: font registered %1"_s));
+        QCOMPARE(installation.logged(u"Plim: font registered"_s),
+                 each(u"Plim: font registered %1"_s));
         QCOMPARE(installation.logged(u"Plim: font register failed"_s),
                  each(u"Plim: font register failed %1: already registered"_s));
         QStringList families = installation.logged(u"Plim: available"_s);
@@ -146,7 +152,8 @@ private Q_SLOTS:
         others.removeOne(u"Outfit-SemiBold"_s);
         installation.putFonts(u"application/bin"_s, others);
         QVERIFY2(installation.run(), qPrintable(installation.log));
-        QCOMPARE(installation.logged(u"Plim: font not"_s), QStringList{u"Plim: font not found Outfit-SemiBold"_s});
+        QCOMPARE(installation.logged(u"Plim: font not"_s),
+                 QStringList{u"Plim: font not found Outfit-SemiBold"_s});
         QCOMPARE(installation.logged(u"Plim: font registered"_s).size(), 4);
         QVERIFY(!installation.lines.contains(u"600 Outfit SemiBold"_s));
         QVERIFY(installation.lines.contains(u"700 Outfit Bold"_s));
@@ -165,7 +172,8 @@ private Q_SLOTS:
         Installation installation;
         installation.putFonts(u"application/bin"_s);
         QFile damaged(installation.home.path(u"application/bin/Outfit-Bold.ttf"_s));
-        QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate) && damaged.write("no font") > 0);
+        QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+                damaged.write("no font") > 0);
         damaged.close();
         QVERIFY2(installation.run(), qPrintable(installation.log));
         QCOMPARE(installation.logged(u"Plim: font register failed"_s).size(), 1);

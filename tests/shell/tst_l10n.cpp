@@ -25,11 +25,13 @@ private Q_SLOTS:
         QTest::addColumn<Text>("text");
         QTest::addColumn<QString>("polish");
         QTest::addColumn<QString>("english");
-        const auto row = [](const char *name, Text text, const QString &polish, const QString &english) {
+        const auto row = [](const char *name, Text text, const QString &polish,
+                            const QString &english) {
             QTest::newRow(name) << text << polish << english;
         };
         row("newNote", &L10n::newNote, u"Nowa notatka"_s, u"New note"_s);
-        row("selectOrAddNote", &L10n::selectOrAddNote, u"Wybierz lub dodaj notatkę"_s, u"Select or add a note"_s);
+        row("selectOrAddNote", &L10n::selectOrAddNote, u"Wybierz lub dodaj notatkę"_s,
+            u"Select or add a note"_s);
         row("notesTab", &L10n::notesTab, u"NOTATKI"_s, u"NOTES"_s);
         row("archiveTab", &L10n::archiveTab, u"ARCHIWUM"_s, u"ARCHIVE"_s);
         row("noNotes", &L10n::noNotes, u"Brak notatek"_s, u"No notes"_s);

@@ -41,10 +41,14 @@ private Q_SLOTS:
         QTest::newRow("first start, Polish") << nothing << u"pl_PL"_s << u"pl"_s;
         QTest::newRow("first start, German") << nothing << u"de_DE"_s << u"pl"_s;
         QTest::newRow("first start, no language") << nothing << u"C"_s << u"pl"_s;
-        QTest::newRow("stored, against an English system") << QVariant(u"pl"_s) << u"en_US"_s << u"pl"_s;
-        QTest::newRow("stored, against a Polish system") << QVariant(u"en"_s) << u"pl_PL"_s << u"en"_s;
-        QTest::newRow("upper case is unknown, English") << QVariant(u"PL"_s) << u"en_US"_s << u"en"_s;
-        QTest::newRow("upper case is unknown, Polish") << QVariant(u"EN"_s) << u"pl_PL"_s << u"pl"_s;
+        QTest::newRow("stored, against an English system")
+            << QVariant(u"pl"_s) << u"en_US"_s << u"pl"_s;
+        QTest::newRow("stored, against a Polish system")
+            << QVariant(u"en"_s) << u"pl_PL"_s << u"en"_s;
+        QTest::newRow("upper case is unknown, English")
+            << QVariant(u"PL"_s) << u"en_US"_s << u"en"_s;
+        QTest::newRow("upper case is unknown, Polish")
+            << QVariant(u"EN"_s) << u"pl_PL"_s << u"pl"_s;
         QTest::newRow("unknown, English") << QVariant(u"de"_s) << u"en_US"_s << u"en"_s;
         QTest::newRow("unknown, German") << QVariant(u"de"_s) << u"de_DE"_s << u"pl"_s;
         QTest::newRow("empty") << QVariant(u""_s) << u"en_US"_s << u"en"_s;
@@ -78,7 +82,8 @@ private Q_SLOTS:
         QTest::addColumn<AppLanguage>("language");
         for (const QString &before : {u"pl"_s, u"en"_s, u"klingon"_s, QString()}) {
             for (const AppLanguage language : allAppLanguages)
-                QTest::addRow("%s to %s", qPrintable(before), qPrintable(rawValue(language))) << before << language;
+                QTest::addRow("%s to %s", qPrintable(before), qPrintable(rawValue(language)))
+                    << before << language;
         }
     }
     void everyAssignmentIsStoredAndAnnounced()
