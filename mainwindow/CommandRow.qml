@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Plim.Editor
+import Plim.MainWindow
 import Plim.Shell
 
 // A button for each of the editor's commands. The link asks for its address first.
@@ -28,18 +29,18 @@ Column {
                 { text: "H1", name: "heading1", lit: "h1", run: () => root.controller.runHeading(1) },
                 { text: "H2", name: "heading2", lit: "h2", run: () => root.controller.runHeading(2) },
                 { text: "H3", name: "heading3", lit: "h3", run: () => root.controller.runHeading(3) },
-                { text: "P", name: "paragraph", lit: "p", run: () => root.controller.run(EditorCommand.paragraph) },
-                { text: "B", name: "bold", lit: "bold", run: () => root.controller.run(EditorCommand.bold) },
-                { text: "I", name: "italic", lit: "italic", run: () => root.controller.run(EditorCommand.italic) },
-                { text: "U", name: "underline", lit: "underline", run: () => root.controller.run(EditorCommand.underline) },
-                { text: "S", name: "strikethrough", lit: "strike", run: () => root.controller.run(EditorCommand.strikethrough) },
-                { text: "•", name: "bulletList", lit: "bullet", run: () => root.controller.run(EditorCommand.bulletList) },
-                { text: "1.", name: "numberedList", lit: "ordered", run: () => root.controller.run(EditorCommand.numberedList) },
-                { text: "☑", name: "checkbox", lit: "checklist", run: () => root.controller.run(EditorCommand.checkbox) },
+                { text: "P", name: "paragraph", lit: "p", run: () => root.controller.run(CommandKind.Paragraph) },
+                { text: "B", name: "bold", lit: "bold", run: () => root.controller.run(CommandKind.Bold) },
+                { text: "I", name: "italic", lit: "italic", run: () => root.controller.run(CommandKind.Italic) },
+                { text: "U", name: "underline", lit: "underline", run: () => root.controller.run(CommandKind.Underline) },
+                { text: "S", name: "strikethrough", lit: "strike", run: () => root.controller.run(CommandKind.Strikethrough) },
+                { text: "•", name: "bulletList", lit: "bullet", run: () => root.controller.run(CommandKind.BulletList) },
+                { text: "1.", name: "numberedList", lit: "ordered", run: () => root.controller.run(CommandKind.NumberedList) },
+                { text: "☑", name: "checkbox", lit: "checklist", run: () => root.controller.run(CommandKind.Checkbox) },
                 { text: "Link", name: "link", lit: "link", run: () => { linkRow.visible = !linkRow.visible; linkField.forceActiveFocus(); linkField.selectAll(); } },
-                { text: "—", name: "divider", lit: "", run: () => root.controller.run(EditorCommand.divider) },
-                { text: "↶", name: "undo", lit: "", run: () => root.controller.run(EditorCommand.undo) },
-                { text: "↷", name: "redo", lit: "", run: () => root.controller.run(EditorCommand.redo) }
+                { text: "—", name: "divider", lit: "", run: () => root.controller.run(CommandKind.Divider) },
+                { text: "↶", name: "undo", lit: "", run: () => root.controller.run(CommandKind.Undo) },
+                { text: "↷", name: "redo", lit: "", run: () => root.controller.run(CommandKind.Redo) }
             ]
 
             PlainButton {

@@ -73,7 +73,7 @@ int ContentController::selectedRow() const
 
 void ContentController::addNote()
 {
-    m_selection.setSelectedTab(SidebarTab::notes);
+    m_selection.setSelectedTab(SidebarTab::Notes);
     m_selection.setSelectedNoteID(m_store.addNote());
 }
 
@@ -109,7 +109,8 @@ void ContentController::follow(const NotesChange &change)
         return;
     if (!selectedNote())
         m_selection.setSelectedNoteID(std::nullopt);
-    else if (change.kind == NotesChange::Kind::Reset || change.ids.contains(*selected))
+    else if (change.kind == NotesChange::Kind::Reset
+             || (change.kind == NotesChange::Kind::Updated && change.ids.contains(*selected)))
         Q_EMIT editedNoteChanged();
 }
 

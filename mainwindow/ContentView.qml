@@ -53,16 +53,16 @@ Window {
                 text: L10n.notesTab
                 ink: "white"
                 shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.notes
-                onClicked: SelectionManager.selectedTab = SidebarTab.notes
+                isLit: SelectionManager.selectedTab === SidebarTab.Notes
+                onClicked: SelectionManager.selectedTab = SidebarTab.Notes
             }
             PlainButton {
                 objectName: "archiveTab"
                 text: L10n.archiveTab
                 ink: "white"
                 shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.archive
-                onClicked: SelectionManager.selectedTab = SidebarTab.archive
+                isLit: SelectionManager.selectedTab === SidebarTab.Archive
+                onClicked: SelectionManager.selectedTab = SidebarTab.Archive
             }
         }
     }
@@ -116,6 +116,7 @@ Window {
         Loader {
             id: editor
 
+            objectName: "editor"
             anchors.fill: parent
             anchors.topMargin: commands.y + commands.height + 10
             anchors.leftMargin: 24

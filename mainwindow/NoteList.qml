@@ -19,7 +19,7 @@ ListView {
     highlightMoveDuration: 0
     reuseItems: true
     Accessible.role: Accessible.List
-    Accessible.name: SelectionManager.selectedTab === SidebarTab.archive ? L10n.archiveTab : L10n.notesTab
+    Accessible.name: SelectionManager.selectedTab === SidebarTab.Archive ? L10n.archiveTab : L10n.notesTab
 
     delegate: Rectangle {
         id: row

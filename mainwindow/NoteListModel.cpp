@@ -3,11 +3,14 @@
 #include "core/NoteColor.h"
 #include "shell/L10n.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 NoteListModel::NoteListModel(NoteStore &store, SelectionManager &selection, QObject *parent)
     : QAbstractListModel(parent), m_store(store), m_selection(selection)
 {
+    lookForTwins();
     reload();
     connect(&m_store, &NoteStore::notesChanged, this, &NoteListModel::follow);
     connect(&m_selection, &SelectionManager::selectedTabChanged, this, &NoteListModel::reload);
@@ -55,93 +58,129 @@ QHash<int, QByteArray> NoteListModel::roleNames() const
 
 int NoteListModel::rowOf(const QUuid &id) const
 {
-    if (m_rows.isEmpty()) {
-        m_rows.reserve(qsizetype(m_ids.size()));
-        for (int row = 0; row < int(m_ids.size()); ++row)
-            m_rows.insert(m_ids[row], row);
-    }
-    return m_rows.value(id, -1);
+    const auto found = std::ranges::find(m_ids, id);
+    return found == m_ids.end() ? -1 : int(found - m_ids.begin());
 }
 
 void NoteListModel::follow(const NotesChange &change)
 {
+    if (change.kind == NotesChange::Kind::Reset)
+        lookForTwins();
+    if (change.kind == NotesChange::Kind::Reset || m_hasTwins) {
+        m_texts.clear();
+        reload();
+        return;
+    }
     switch (change.kind) {
     case NotesChange::Kind::Reset:
-        reload();
         break;
     case NotesChange::Kind::Inserted:
-        for (const QUuid &id : change.ids)
-            followUpdate(id);
-        break;
     case NotesChange::Kind::Updated:
-        for (const QUuid &id : change.ids) {
-            m_texts.remove(id);
-            followUpdate(id);
-        }
-        break;
     case NotesChange::Kind::Deleted:
-        for (const QUuid &id : change.ids) {
+        for (const QUuid &id : change.ids)
             m_texts.remove(id);
-            if (const int row = rowOf(id); row >= 0)
-                removeRow(row);
-        }
+        followRows(change.ids);
         break;
     case NotesChange::Kind::Moved:
-        for (const QUuid &id : change.ids) {
-            if (const int row = rowOf(id); row >= 0)
-                moveRow(row, visibleRowBefore(id));
-        }
+        for (const QUuid &id : change.ids)
+            followMove(id);
         break;
     }
 }
 
 // A note enters and leaves the list when its place in the tabs changes; else its row is redrawn.
-void NoteListModel::followUpdate(const QUuid &id)
+// The notes are gone through once, not once for each id: there may be thousands of both.
+void NoteListModel::followRows(const QList<QUuid> &ids)
 {
-    const Note *note = m_store.note(id);
-    const int row = rowOf(id);
-    const bool isWanted = note && isVisible(*note);
-    if (isWanted && row >= 0)
-        Q_EMIT dataChanged(index(row), index(row), {Qt::DisplayRole, HeadingRole, PreviewRole, ColorRole});
-    else if (isWanted)
-        insertRow(visibleRowBefore(id), id);
-    else if (row >= 0)
-        removeRow(row);
+    const QSet<QUuid> several = ids.size() > 1 ? QSet<QUuid>(ids.begin(), ids.end()) : QSet<QUuid>();
+    const auto isConcerned = [&](int row) {
+        return ids.size() > 1 ? several.contains(m_ids[row]) : ids.contains(m_ids[row]);
+    };
+    const auto isLeaving = [&](int row) { return isConcerned(row) && !isWanted(m_ids[row]); };
+    for (int last = rowCount() - 1; last >= 0; --last) {
+        if (!isLeaving(last))
+            continue;
+        int first = last;
+        while (first > 0 && isLeaving(first - 1))
+            --first;
+        removeRun(first, last);
+        last = first;
+    }
+    qsizetype shown = 0;
+    for (int first = 0; first < rowCount(); ++first) {
+        if (!isConcerned(first))
+            continue;
+        int last = first;
+        while (last + 1 < rowCount() && isConcerned(last + 1))
+            ++last;
+        shown += last - first + 1;
+        Q_EMIT dataChanged(index(first), index(last), {Qt::DisplayRole, HeadingRole, PreviewRole, ColorRole});
+        first = last;
+    }
+    if (shown < std::ranges::count_if(ids, [this](const QUuid &id) { return isWanted(id); }))
+        insertMissing();
 }
 
-void NoteListModel::insertRow(int row, const QUuid &id)
+void NoteListModel::removeRun(int first, int last)
 {
-    beginInsertRows({}, row, row);
-    m_ids.insert(m_ids.begin() + row, id);
-    m_rows.clear();
-    endInsertRows();
-}
-
-void NoteListModel::removeRow(int row)
-{
-    beginRemoveRows({}, row, row);
-    m_ids.erase(m_ids.begin() + row);
-    m_rows.clear();
+    beginRemoveRows({}, first, last);
+    m_ids.erase(m_ids.begin() + first, m_ids.begin() + last + 1);
     endRemoveRows();
 }
 
-void NoteListModel::moveRow(int from, int to)
+void NoteListModel::insertMissing()
 {
+    int row = 0;
+    std::vector<QUuid> missing; // before that row
+    const auto insertRun = [&] {
+        if (missing.empty())
+            return;
+        const int count = int(missing.size());
+        beginInsertRows({}, row, row + count - 1);
+        m_ids.insert(m_ids.begin() + row, missing.begin(), missing.end());
+        endInsertRows();
+        row += count;
+        missing.clear();
+    };
+    for (const Note &note : m_store.notes()) {
+        if (!isVisible(note))
+            continue;
+        if (row == rowCount() || m_ids[row] != note.id) {
+            missing.push_back(note.id);
+            continue;
+        }
+        insertRun();
+        ++row;
+    }
+    insertRun();
+}
+
+void NoteListModel::followMove(const QUuid &id)
+{
+    const int from = rowOf(id);
+    if (from < 0)
+        return;
+    const int to = visibleRowBefore(id);
     if (from == to)
         return;
     beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
-    const QUuid id = m_ids[from];
     m_ids.erase(m_ids.begin() + from);
     m_ids.insert(m_ids.begin() + to, id);
-    m_rows.clear();
     endMoveRows();
+}
+
+// They come with a file, never with an operation.
+void NoteListModel::lookForTwins()
+{
+    qsizetype row = 0;
+    m_hasTwins = std::ranges::any_of(m_store.notes(),
+                                     [&](const Note &note) { return m_store.indexOf(note.id) != row++; });
 }
 
 void NoteListModel::reload()
 {
     beginResetModel();
     m_ids.clear();
-    m_rows.clear();
     for (const Note &note : m_store.notes()) {
         if (isVisible(note))
             m_ids.push_back(note.id);
@@ -157,7 +196,13 @@ void NoteListModel::retranslate()
 
 bool NoteListModel::isVisible(const Note &note) const
 {
-    return note.isArchived == (m_selection.selectedTab() == SidebarTab::archive);
+    return note.isArchived == (m_selection.selectedTab() == SidebarTab::Archive);
+}
+
+bool NoteListModel::isWanted(const QUuid &id) const
+{
+    const Note *note = m_store.note(id);
+    return note && isVisible(*note);
 }
 
 /// How many notes of this list stand before the note in the store.

@@ -13,8 +13,9 @@
 
 /// The notes of the selected tab in the store's order.
 ///
-/// A change of one note touches its row alone, whatever the number of notes. A row's texts are
-/// derived when it is first shown and again after that note has changed.
+/// A change of one note touches its row alone, whatever the number of notes, and a change of many
+/// is told in runs of rows. A row's texts are derived when it is first shown and again after that
+/// note has changed.
 class NoteListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -40,19 +41,21 @@ private:
     };
 
     void follow(const NotesChange &change);
-    void followUpdate(const QUuid &id);
-    void insertRow(int row, const QUuid &id);
-    void removeRow(int row);
-    void moveRow(int from, int to);
+    void followRows(const QList<QUuid> &ids);
+    void removeRun(int first, int last);
+    void insertMissing();
+    void followMove(const QUuid &id);
+    void lookForTwins();
     void reload();
     void retranslate();
     [[nodiscard]] bool isVisible(const Note &note) const;
+    [[nodiscard]] bool isWanted(const QUuid &id) const;
     [[nodiscard]] int visibleRowBefore(const QUuid &id) const;
     [[nodiscard]] const Texts &texts(const Note &note) const;
 
     NoteStore &m_store;
     SelectionManager &m_selection;
     std::vector<QUuid> m_ids;
-    mutable QHash<QUuid, int> m_rows; ///< empty when it has to be made anew
+    bool m_hasTwins = false; ///< a damaged file may hold an id twice; then rows have no names
     mutable QHash<QUuid, Texts> m_texts;
 };

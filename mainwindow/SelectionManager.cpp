@@ -4,7 +4,7 @@
 
 SelectionManager &SelectionManager::shared()
 {
-    static SelectionManager manager;
+    static SelectionManager manager(nullptr);
     return manager;
 }
 

@@ -21,10 +21,11 @@ class SelectionManager : public QObject
     Q_PROPERTY(SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
 
 public:
-    using QObject::QObject;
-
     [[nodiscard]] static SelectionManager &shared();
     static SelectionManager *create(QQmlEngine *, QJSEngine *);
+
+    /// Without a default parent: of a class that it can make by itself QML makes one of its own.
+    explicit SelectionManager(QObject *parent) : QObject(parent) {}
 
     [[nodiscard]] std::optional<QUuid> selectedNoteID() const { return m_selectedNoteID; }
     void setSelectedNoteID(std::optional<QUuid> id);
@@ -39,5 +40,5 @@ private:
     [[nodiscard]] QUuid selectedNoteIDOrNull() const { return m_selectedNoteID.value_or(QUuid()); }
 
     std::optional<QUuid> m_selectedNoteID;
-    SidebarTab m_selectedTab = SidebarTab::notes;
+    SidebarTab m_selectedTab = SidebarTab::Notes;
 };

@@ -4,12 +4,12 @@ using namespace Qt::StringLiterals;
 
 QString rawValue(SidebarTab tab)
 {
-    return tab == SidebarTab::archive ? u"ARCHIWUM"_s : u"NOTATKI"_s;
+    return tab == SidebarTab::Archive ? u"ARCHIWUM"_s : u"NOTATKI"_s;
 }
 
 std::optional<SidebarTab> sidebarTabFromRawValue(QStringView text)
 {
-    for (const SidebarTab tab : {SidebarTab::notes, SidebarTab::archive}) {
+    for (const SidebarTab tab : {SidebarTab::Notes, SidebarTab::Archive}) {
         if (rawValue(tab) == text)
             return tab;
     }

@@ -11,8 +11,8 @@ namespace SidebarTabs
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SidebarTab)
 
-/// Which notes the list shows.
-enum class SidebarTab { notes, archive };
+/// Which notes the list shows. QML knows enumerators by a capital only.
+enum class SidebarTab { Notes, Archive };
 Q_ENUM_NS(SidebarTab)
 } // namespace SidebarTabs
 

@@ -21,7 +21,7 @@ AppLanguage initialLanguage(const QLocale &system)
 
 LanguageManager &LanguageManager::shared()
 {
-    static LanguageManager manager;
+    static LanguageManager manager(QLocale::system());
     return manager;
 }
 

@@ -22,8 +22,9 @@ public:
     static LanguageManager *create(QQmlEngine *, QJSEngine *);
 
     /// Takes the stored language; without one English on an English system, Polish on any other.
-    /// Nothing is written.
-    explicit LanguageManager(const QLocale &system = QLocale::system());
+    /// Nothing is written. Without a default system: of a class that it can make by itself QML
+    /// makes one of its own.
+    explicit LanguageManager(const QLocale &system);
 
     [[nodiscard]] AppLanguage language() const { return m_language; }
     /// Every assignment, also of the same value, is stored and announced.

@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -28,6 +29,13 @@ void AppDelegate::applicationShouldTerminate()
 {
     if (m_isTerminating)
         return;
+    collectTexts();
+    if (std::exchange(m_isQuitPending, false))
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+void AppDelegate::collectTexts()
+{
     m_isTerminating = true;
     Q_EMIT NotificationCenter::shared().plimFlushEditors();
 
@@ -43,7 +51,7 @@ void AppDelegate::applicationShouldTerminate()
         isLongEnough = true;
         leaveWhenDone();
     });
-    QTimer::singleShot(longestWait, &loop, &QEventLoop::quit);
+    QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop, &QEventLoop::quit); // a coarse one may be late
     loop.exec();
 
     QSettings().sync();
@@ -54,8 +62,11 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
         return QObject::eventFilter(watched, event);
-    if (m_isTerminating)
-        return true; // the first request is still being served, and it will be followed
-    applicationShouldTerminate();
+    if (m_isTerminating) {
+        m_isQuitPending = true;
+        return true;
+    }
+    collectTexts();
+    m_isQuitPending = false; // this request is followed now, and it stands for the later ones
     return false;
 }

@@ -14,7 +14,11 @@ std::optional<int> answerCommandLine(int argc, char **argv)
     parser.setApplicationDescription(u"Short notes, to keep."_s);
     const QCommandLineOption help({u"h"_s, u"help"_s}, u"Shows this text."_s);
     const QCommandLineOption version({u"v"_s, u"version"_s}, u"Shows the version."_s);
-    parser.addOptions({help, version});
+    // A session manager starts the program again in the toolkit's own words: "-session id".
+    QCommandLineOption session(u"session"_s, {}, u"id"_s);
+    session.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addOptions({help, version, session});
 
     const bool isUnderstood = parser.parse(QCoreApplication::arguments());
     if (!isUnderstood || !parser.positionalArguments().isEmpty()) {

@@ -1,5 +1,6 @@
 #include "core/app/PlimApp.h"
 
+#include "core/app/PendingSelection.h"
 #include "editor/EditorProfile.h"
 #include "mainwindow/SelectionManager.h"
 #include "shell/Bundle.h"
@@ -60,7 +61,8 @@ PlimApp::PlimApp()
     EditorProfile::shared().setImagesDirectory(m_store.imagesDirectory());
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) {
         m_appDelegate.applicationShouldTerminate();
-        m_store.flush();
+        if (m_store.hasPendingSave()) // each write costs the oldest backup
+            m_store.flush();
     });
 }
 
@@ -86,16 +88,5 @@ void PlimApp::show()
 // The main window's content is there for the first time.
 void PlimApp::appear()
 {
-    selectPending();
-}
-
-void PlimApp::selectPending()
-{
-    const auto pending = std::exchange(WindowHolder::shared().pendingSelectedID, std::nullopt);
-    if (!pending)
-        return;
-    SelectionManager &selection = SelectionManager::shared();
-    selection.setSelectedNoteID(pending);
-    if (const Note *note = m_store.note(*pending))
-        selection.setSelectedTab(note->isArchived ? SidebarTab::archive : SidebarTab::notes);
+    selectPending(WindowHolder::shared(), SelectionManager::shared(), m_store);
 }

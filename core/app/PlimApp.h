@@ -23,7 +23,6 @@ public:
 
 private:
     void appear();
-    void selectPending();
 
     NoteStore m_store; ///< loads the notes at once, before there is any window
     LanguageManager &m_languageManager;
