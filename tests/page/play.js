@@ -145,6 +145,7 @@ window.play = (seed, stepCount) => {
     trace.push(name + '   at ' + marks.body());
     try {
       act();
+      saveSelection(); // as the event does, a moment later
     } catch (error) {
       return fail('error in ' + name + ': ' + error.stack);
     }

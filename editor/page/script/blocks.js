@@ -89,7 +89,6 @@ function moveToList(line, tag) {
     const box = boxOf(line);
     if (box) box.remove();
     setItemTicked(line, false);
-    list.append(line);
   } else {
     const item = document.createElement('li');
     line.replaceWith(list);
@@ -100,14 +99,14 @@ function moveToList(line, tag) {
   joinLists(list.parentElement ? list : null, list.nextElementSibling);
 }
 
-// Puts the new list between the items above and below the given one.
+// Takes the item into a new list of its own, between the items above and below it.
 function partList(item, between) {
   const list = item.parentElement;
   const following = list.cloneNode(false);
   while (item.nextSibling) following.append(item.nextSibling);
   list.after(between);
   if (following.hasChildNodes()) between.after(following);
-  item.remove();
+  between.append(item);
   removeEmptyLists(list);
 }
 

@@ -154,10 +154,16 @@ function releasePlace({ node, offset, side }) {
 }
 
 // A caret between the blocks, where the engine would make a line as it sees fit, goes into the line
-// that follows, or ends the one before.
+// that follows, or ends the one before. One in front of an item's box goes behind it.
 function settleCaret() {
   const range = currentRange();
-  if (!range || !range.collapsed || !range.startContainer.matches || !range.startContainer.matches('#body, ul, ol')) return;
+  if (!range || !range.collapsed || !bodyEl.contains(range.startContainer)) return;
+  const holder = elementOf(range.startContainer);
+  if (holder.matches('.chk') || (holder === range.startContainer && boxOf(holder) && range.startOffset === 0)) {
+    placeCaretAfterBox(holder.closest('li'));
+    return;
+  }
+  if (holder !== range.startContainer || !holder.matches('#body, ul, ol')) return;
   const line = node => node && node.nodeType === Node.ELEMENT_NODE
     && (node.matches('p, h1, h2, h3, li') ? node : node.matches('ul, ol') && node.querySelector('li'));
   const next = line(range.startContainer.childNodes[range.startOffset]);

@@ -54,7 +54,7 @@ function isChecklistItem(element) {
 
 function ensureTypingTarget(item) {
   const holdsSomething = [...item.childNodes].some(node => (node.nodeType === Node.TEXT_NODE
-    ? !isBlankText(node.nodeValue)
+    ? /[^ \t\r\n\f]/.test(node.nodeValue)
     : node.nodeType === Node.ELEMENT_NODE && !node.classList.contains('chk')));
   if (!holdsSomething) item.append(document.createElement('br'));
 }
@@ -130,6 +130,7 @@ function toggleChecklist() {
       tidyBody();
       placeCaretAtEnd(item);
     }
+    tidyBody();
     notifyChange();
   } catch (error) {
     post('plimLog', 'toggle-error: ' + error.message);

@@ -56,7 +56,7 @@ function onBodyKey(event) {
     event.preventDefault();
     beginStep();
     document.execCommand('insertParagraph');
-    document.execCommand('formatBlock', false, 'p');
+    formatBlock('p');
     finishEdit();
   }
 }

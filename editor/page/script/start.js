@@ -1,6 +1,6 @@
 // ---- Listeners -------------------------------------------------------------------------------
 
-let wasRangeReplaced = false; // the edit under way replaces a selection, which may span blocks
+let isPlainTyping = false; // the edit under way adds a letter at the caret: nothing to tidy after it
 
 const observer = new MutationObserver(notifyDebounced);
 
@@ -28,19 +28,20 @@ function attachRegions() {
 // Runs before the engine edits by itself; deleting within the body is looked at once more after it.
 function prepareInput(event) {
   const range = currentRange();
-  wasRangeReplaced = Boolean(range && !range.collapsed);
+  const isRange = Boolean(range && !range.collapsed);
+  isPlainTyping = event.inputType === 'insertText' && !isRange;
   if (onHistoryInput(event)) return;
   if (event.currentTarget === bodyEl && !event.isComposing) settleCaret();
   const isTyping = event.inputType === 'insertText' || event.inputType === 'insertCompositionText';
-  const isDeleting = event.inputType.startsWith('delete') && !wasRangeReplaced;
+  const isDeleting = event.inputType.startsWith('delete') && !isRange;
   if (event.isComposing && stepKind === 'typing') return; // one composed text is never parted
-  if (!isDeleting || event.currentTarget === titleEl) beginStep(isTyping && !wasRangeReplaced ? 'typing' : isDeleting ? 'deleting' : null);
+  if (!isDeleting || event.currentTarget === titleEl) beginStep(isTyping && !isRange ? 'typing' : isDeleting ? 'deleting' : null);
   if (isTyping) stepKind = 'typing';
 }
 
 function onInput(event) {
-  const isPlainTyping = event.inputType === 'insertText' && !wasRangeReplaced;
-  if (event.currentTarget === bodyEl && !event.isComposing && !isPlainTyping) tidyBody();
+  if (event.currentTarget === bodyEl && !event.isComposing && (!isPlainTyping || isUntidyAtCaret())) tidyBody();
+  isPlainTyping = false;
   markStepEnd();
   notifyThrottled();
 }

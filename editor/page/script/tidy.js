@@ -5,10 +5,18 @@
 // (spans that freeze a style). It is put right where it arises, so that a note is stored in a form
 // that loads as it looks.
 
-const UNTIDY = 'span:not(.chk), font, div, blockquote, [style], [dir], li > li, li > p, li hr, '
-  + ':is(ul, ol) > :not(li, ul, ol), li:empty, a a, '
-  + 'p :is(p, h1, h2, h3, ul, ol, hr), :is(h1, h2, h3) :is(h1, h2, h3, p, ul, ol, hr), '
+const FORMATS = 'b, strong, i, em, u, s, strike, del, a';
+// What typing on in a format that was switched off leaves.
+const STYLED = 'span:not(.chk), font, [style]';
+const UNTIDY = STYLED + ', div, blockquote, [dir], li > p, li hr, '
+  + ':is(ul, ol) > :not(li, ul, ol), li:empty, li > :is(ul, ol):first-child, li > .chk + :is(ul, ol), :not(ul, ol) > li, a a, '
+  + `:is(${FORMATS}) :is(p, h1, h2, h3, ul, ol, hr), p :is(p, h1, h2, h3, ul, ol, hr), :is(h1, h2, h3) :is(h1, h2, h3, p, ul, ol, hr), `
   + ':not(ul).checklist, .chk, ul.checklist > li, ul.checklist > ul:not(.checklist), ul.checklist li > ul:not(.checklist), li.checked';
+
+function isUntidyAtCaret() {
+  const item = blockAt(document.getSelection().anchorNode, LIST_BLOCKS);
+  return bodyEl.querySelector(STYLED) || (isChecklistItem(item) && boxOf(item) !== item.firstChild);
+}
 
 function tidyBody() {
   if (!bodyEl.querySelector(UNTIDY) && !holdsLooseText()) return;
@@ -90,7 +98,7 @@ function tidyLooseLines() {
 }
 
 function tidyNesting() {
-  const pairs = [['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, p, ul, ol, hr'], ['li', 'hr']];
+  const pairs = [[FORMATS, 'p, h1, h2, h3, ul, ol, hr'], ['p', 'p, h1, h2, h3, ul, ol, hr'], ['h1, h2, h3', 'h1, h2, h3, p, ul, ol, hr'], ['li', 'hr']];
   for (const [hosts, blocks] of pairs) {
     for (const block of [...bodyEl.querySelectorAll(blocks)]) {
       for (let host = hostOf(block, hosts); host; host = hostOf(block, hosts)) liftOut(block, host);
@@ -106,7 +114,10 @@ function hostOf(block, hosts) {
 
 // A list holds items and lists, an item text, a heading and lists.
 function tidyLists() {
-  for (const item of [...bodyEl.querySelectorAll('li > li')]) item.parentElement.after(item);
+  for (const item of [...bodyEl.querySelectorAll('li')]) {
+    while (item.parentElement !== bodyEl && !item.parentElement.matches('ul, ol')) liftOut(item, item.parentElement);
+    if (item.parentElement === bodyEl) item.replaceWith(lineOf(item));
+  }
   for (const line of [...bodyEl.querySelectorAll('li > p')]) openLine(line);
   for (const list of [...bodyEl.querySelectorAll('ul, ol')]) {
     for (const child of [...list.childNodes]) {
@@ -120,7 +131,11 @@ function tidyLists() {
       }
     }
   }
-  for (const item of bodyEl.querySelectorAll('li:empty')) item.append(document.createElement('br'));
+  for (const item of bodyEl.querySelectorAll('li')) {
+    const box = boxOf(item);
+    const first = box ? box.nextSibling : item.firstChild;
+    if (!first || (first.nodeType === Node.ELEMENT_NODE && first.matches('ul, ol'))) item.insertBefore(document.createElement('br'), first);
+  }
   for (const list of [...bodyEl.querySelectorAll('ul, ol')]) removeEmptyLists(list);
 }
 
