@@ -36,6 +36,17 @@ void allowRoot()
 #endif
 }
 
+QtMessageHandler usualHandler = nullptr;
+
+// Qt 6.4's web engine module warns of three of its own types at every start. Nobody here uses them,
+// and a warning that is always there hides the one that matters.
+void passOnAllButNoise(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtWarningMsg && text.startsWith("QWebEngine"_L1) && text.endsWith("You should not use it as a QML type."_L1))
+        return;
+    usualHandler(type, context, text);
+}
+
 bool hasGraphicsCard()
 {
 #ifdef Q_OS_LINUX
@@ -51,6 +62,7 @@ void preparePlatform()
     QCoreApplication::setOrganizationName(u"Plim"_s);
     QCoreApplication::setApplicationName(u"Plim"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(PLIM_VERSION));
+    usualHandler = qInstallMessageHandler(passOnAllButNoise);
     limitRenderers();
     allowRoot();
     // Many small windows cost less with one thread than with one each; without a card the

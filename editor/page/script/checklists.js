@@ -70,9 +70,10 @@ function normalizeChecklists() {
     input.replaceWith(box);
     if (isTicked) setTicked(box, true);
   }
-  for (const box of bodyEl.querySelectorAll(CLASSLESS_BOX)) {
-    box.classList.add('chk');
-    box.classList.toggle('checked', box.getAttribute('aria-checked') === 'true');
+  for (const remnant of [...bodyEl.querySelectorAll(CLASSLESS_BOX)]) {
+    const box = makeBox();
+    remnant.replaceWith(box, ...remnant.childNodes);
+    setTicked(box, remnant.getAttribute('aria-checked') === 'true');
   }
   for (const box of bodyEl.querySelectorAll('ul.checklist .chk')) {
     const isTicked = box.classList.contains('checked');

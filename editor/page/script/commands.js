@@ -92,12 +92,19 @@ function isTitleBlank() {
   return isBlankText(titleEl.textContent) || titleEl.innerHTML.replace(/<br\s*\/?>/gi, '').trim() === '';
 }
 
+// At once, so that what is typed right now finds its place, and once more when the window has had
+// the time to give the page the keyboard.
 function focusBodyAtEnd() {
+  placeFirstCaret();
   setTimeout(() => {
-    try {
-      if (isTitleBlank() && isBlankText(bodyEl.textContent)) placeCaretAtEnd(titleEl); else placeCaretAtTextEnd();
-    } catch (error) { /* the caret stays where it is */ }
+    if (!regionOf(document.activeElement) || !regionOf(document.getSelection().anchorNode)) placeFirstCaret();
   }, FOCUS_DELAY);
+}
+
+function placeFirstCaret() {
+  try {
+    if (isTitleBlank() && isBlankText(bodyEl.textContent)) placeCaretAtEnd(titleEl); else placeCaretAtTextEnd();
+  } catch (error) { /* the caret stays where it is */ }
 }
 
 Object.assign(window, {
