@@ -56,7 +56,14 @@ bool PageFixture::open(const QUuid &noteID, const QString &html)
     ask(noteID, html);
     // The page puts the caret into what it was given a moment later.
     return QTest::qWaitFor([this, noteID] { return m_coordinator->loadedNoteID() == noteID; }, 10'000)
-        && QTest::qWaitFor([this] { return js(u"regionOf(document.activeElement) !== null"_s).toBool(); }, 5000);
+        && QTest::qWaitFor([this] { return js(u"regionOf(document.activeElement) !== null"_s).toBool(); }, 5000)
+        && settle();
+}
+
+bool PageFixture::settle()
+{
+    js(u"window.hasSettled = false; setTimeout(() => { window.hasSettled = true; }, 2 * FOCUS_DELAY); null"_s);
+    return QTest::qWaitFor([this] { return js(u"window.hasSettled"_s).toBool(); }, 5000);
 }
 
 void PageFixture::ask(const QUuid &noteID, const QString &html, double fontSize)

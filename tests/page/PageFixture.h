@@ -61,6 +61,9 @@ public:
     std::vector<QString> states;
 
 private:
+    /// Waits until the page has placed its caret for good.
+    [[nodiscard]] bool settle();
+
     QQuickView m_view;
     RichTextEditorCoordinator *m_coordinator = nullptr;
     EditorController m_controller;
