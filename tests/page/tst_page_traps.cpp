@@ -1,0 +1,241 @@
+#include "tests/page/PageFixture.h"
+
+#include "core/NotificationCenter.h"
+
+#include <QHash>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// What the application does with the editors' changes: the last one counts, and every editor that
+/// shows the note is told.
+class Desk
+{
+public:
+    explicit Desk(std::vector<PageFixture *> editors) : m_editors(std::move(editors))
+    {
+        for (PageFixture *editor : m_editors) {
+            QObject::connect(&editor->coordinator(), &RichTextEditorCoordinator::change, &editor->coordinator(),
+                             [this](const QUuid &id, const QString &html) { set(id, html); });
+        }
+    }
+
+    void set(const QUuid &id, const QString &html)
+    {
+        bodies[id] = html;
+        for (PageFixture *editor : m_editors) {
+            if (m_shown.value(editor) == id)
+                editor->ask(id, html);
+        }
+    }
+    void show(PageFixture &editor, const QUuid &id)
+    {
+        m_shown[&editor] = id;
+        editor.ask(id, bodies[id]);
+    }
+
+    QHash<QUuid, QString> bodies;
+
+private:
+    std::vector<PageFixture *> m_editors;
+    QHash<PageFixture *, QUuid> m_shown;
+};
+} // namespace
+
+/// What could cost a user words: editors that meet, notes that change under them, pages that die.
+class TestPageTraps : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void typedTextStaysWithItsNote();
+    void sameNoteInTwoEditors();
+    void lettersTypedInTurnsInTwoEditors();
+    void outsideChangeReplacesUnfocusedContentOnly();
+    void threeLinesSurviveSwitching();
+    void deadPageComesBackWithTheLastKnownText();
+    void deadPageWhileSwitchingLosesNothing();
+    void reloadedPageIsNotTakenForTheNote();
+    void flushDeliversWhatIsPending();
+    void textSizeIsSentOnce();
+
+private:
+    std::unique_ptr<PageFixture> m_left;
+    std::unique_ptr<PageFixture> m_right;
+    std::unique_ptr<Desk> m_desk;
+    const QUuid m_a = QUuid::createUuid();
+    const QUuid m_b = QUuid::createUuid();
+};
+
+void TestPageTraps::init()
+{
+    m_left = std::make_unique<PageFixture>();
+    m_right = std::make_unique<PageFixture>();
+    QVERIFY(m_left->open());
+    QVERIFY(m_right->open());
+    m_desk = std::make_unique<Desk>(std::vector{m_left.get(), m_right.get()});
+    m_desk->bodies = {{m_a, u"<h1>A</h1><p>a</p>"_s}, {m_b, u"<h1>B</h1><p>b</p>"_s}};
+    m_desk->show(*m_left, m_a);
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_a);
+    QVERIFY(m_left->activate());
+    QTRY_VERIFY(m_left->body().contains(u'|'));
+}
+
+void TestPageTraps::cleanup()
+{
+    m_desk.reset();
+    m_left.reset();
+    m_right.reset();
+}
+
+void TestPageTraps::typedTextStaysWithItsNote()
+{
+    for (int round = 0; round < 5; ++round) {
+        m_left->type(u"x"_s);
+        m_desk->show(*m_left, m_b);
+        QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_b);
+        QTRY_VERIFY(m_left->body().contains(u'|'));
+        m_left->type(u"y"_s);
+        m_desk->show(*m_left, m_a);
+        QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_a);
+        QTRY_VERIFY(m_left->body().contains(u'|'));
+    }
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>axxxxx</p>"_s);
+    QTRY_COMPARE(m_desk->bodies[m_b], u"<h1>B</h1><p>byyyyy</p>"_s);
+}
+
+void TestPageTraps::sameNoteInTwoEditors()
+{
+    m_desk->show(*m_right, m_a);
+    QTRY_COMPARE(m_right->coordinator().loadedNoteID(), m_a);
+    QVERIFY(m_left->activate());
+    m_left->js(u"placeCaretAtTextEnd()"_s);
+    m_left->type(u" one"_s);
+    QTRY_COMPARE(m_right->composed(), u"<h1>A</h1><p>a one</p>"_s);
+    QVERIFY(m_right->activate());
+    m_right->js(u"placeCaretAtTextEnd()"_s);
+    m_right->type(u" two"_s);
+    QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>a one two</p>"_s);
+    QVERIFY(m_left->activate());
+    m_left->js(u"placeCaretAtTextEnd()"_s);
+    m_left->type(u" three"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>a one two three</p>"_s);
+    QTRY_COMPARE(m_right->composed(), u"<h1>A</h1><p>a one two three</p>"_s);
+}
+
+/// As fast as windows can be changed, without waiting for the other page to follow.
+void TestPageTraps::lettersTypedInTurnsInTwoEditors()
+{
+    m_desk->show(*m_right, m_a);
+    QTRY_COMPARE(m_right->coordinator().loadedNoteID(), m_a);
+    for (int round = 0; round < 6; ++round) {
+        PageFixture &editor = round % 2 == 0 ? *m_left : *m_right;
+        QVERIFY(editor.activate());
+        editor.js(u"placeCaretAtTextEnd()"_s);
+        editor.type(QString(u"abcdef"_s[round]));
+    }
+    const auto hasAll = [this] {
+        return std::ranges::all_of(u"abcdef"_s, [this](QChar c) { return m_desk->bodies[m_a].contains(c); });
+    };
+    QTRY_VERIFY2(hasAll(), qPrintable(m_desk->bodies[m_a]));
+    QTRY_COMPARE(m_left->composed(), m_desk->bodies[m_a]);
+    QTRY_COMPARE(m_right->composed(), m_desk->bodies[m_a]);
+}
+
+void TestPageTraps::outsideChangeReplacesUnfocusedContentOnly()
+{
+    m_desk->show(*m_right, m_a);
+    QTRY_COMPARE(m_right->coordinator().loadedNoteID(), m_a);
+    QVERIFY(m_left->activate());
+    m_desk->set(m_a, u"<h1>A</h1><p>changed</p>"_s);
+    QTRY_COMPARE(m_right->composed(), u"<h1>A</h1><p>changed</p>"_s);
+    QCOMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
+}
+
+void TestPageTraps::threeLinesSurviveSwitching()
+{
+    m_left->press(Qt::Key_Return);
+    m_left->type(u"one"_s);
+    m_left->press(Qt::Key_Return);
+    m_left->type(u"two"_s);
+    m_left->press(Qt::Key_Return);
+    m_left->type(u"three"_s);
+    m_desk->show(*m_left, m_b);
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_b);
+    m_desk->show(*m_left, m_a);
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_a);
+    QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>a</p><p>one</p><p>two</p><p>three</p>"_s);
+    QCOMPARE(m_desk->bodies[m_a], m_left->composed());
+}
+
+void TestPageTraps::deadPageComesBackWithTheLastKnownText()
+{
+    m_left->type(u"x"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
+    m_left->changes.clear();
+    QSignalSpy shown(&m_left->coordinator(), &RichTextEditorCoordinator::shown);
+    ::kill(m_left->webEngineView()->property("renderProcessPid").value<qint64>(), SIGKILL);
+    QTRY_COMPARE(shown.size(), 1);
+    QVERIFY(m_left->prepare());
+    QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>ax</p>"_s);
+    QVERIFY(m_left->changes.empty());
+    QVERIFY(m_left->activate());
+    m_left->js(u"placeCaretAtTextEnd()"_s);
+    m_left->type(u"y"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>axy</p>"_s);
+}
+
+void TestPageTraps::deadPageWhileSwitchingLosesNothing()
+{
+    m_left->type(u"x"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
+    QSignalSpy shown(&m_left->coordinator(), &RichTextEditorCoordinator::shown);
+    ::kill(m_left->webEngineView()->property("renderProcessPid").value<qint64>(), SIGKILL);
+    m_desk->show(*m_left, m_b); // its question for the old text will never be answered
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_b);
+    QVERIFY(m_left->prepare());
+    QTRY_COMPARE(m_left->composed(), u"<h1>B</h1><p>b</p>"_s);
+    QCOMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
+    QCOMPARE(m_desk->bodies[m_b], u"<h1>B</h1><p>b</p>"_s);
+}
+
+void TestPageTraps::reloadedPageIsNotTakenForTheNote()
+{
+    for (int round = 0; round < 3; ++round) {
+        QSignalSpy shown(&m_left->coordinator(), &RichTextEditorCoordinator::shown);
+        ::kill(m_left->webEngineView()->property("renderProcessPid").value<qint64>(), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(!shown.isEmpty(), 15'000);
+        QVERIFY(m_left->prepare());
+        QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
+    }
+    QCOMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>a</p>"_s);
+}
+
+void TestPageTraps::flushDeliversWhatIsPending()
+{
+    m_left->js(u"bodyEl.firstChild.append('x'); Promise.resolve().then(cancelDebounce); null"_s); // never reported by itself
+    QCOMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>a</p>"_s);
+    Q_EMIT NotificationCenter::shared().plimFlushEditors();
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
+}
+
+void TestPageTraps::textSizeIsSentOnce()
+{
+    QCOMPARE(m_left->text(u"document.documentElement.style.getPropertyValue('--base')"_s), u"15px"_s);
+    QSignalSpy scripts(m_left->coordinator().webView(), &EditorWebView::scriptRequestedWithoutResult);
+    for (const double size : {19.0, 19.0, 19.0})
+        m_left->ask(m_a, m_desk->bodies[m_a], size);
+    QCOMPARE(std::ranges::count_if(scripts, [](const QVariantList &s) { return s[0].toString().startsWith(u"window.setFontSize"_s); }), 1);
+    QTRY_COMPARE(m_left->text(u"getComputedStyle(bodyEl).fontSize"_s), u"19px"_s);
+}
+
+PLIM_PAGE_TEST_MAIN(TestPageTraps)
+#include "tst_page_traps.moc"
