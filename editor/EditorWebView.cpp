@@ -2,6 +2,8 @@
 
 #include "editor/EditorLog.h"
 
+#include <utility>
+
 EditorWebView::EditorWebView(QObject *parent) : QObject(parent)
 {
     connect(&m_messages, &PageMessages::received, this, &EditorWebView::messageReceived);
@@ -18,8 +20,15 @@ void EditorWebView::evaluate(const QString &script, Completion completion)
     Q_EMIT scriptRequested(ticket, script);
 }
 
+void EditorWebView::abandonScripts()
+{
+    // Taken out first: whoever is let go may ask again at once.
+    const auto abandoned = std::exchange(m_completions, {});
+}
+
 void EditorWebView::load(const QString &document)
 {
+    abandonScripts();
     Q_EMIT loadRequested(document);
 }
 
@@ -44,12 +53,13 @@ void EditorWebView::finishScript(int ticket, const QVariant &result)
 
 void EditorWebView::reportLoaded()
 {
+    abandonScripts(); // they were asked of the page before this one
     Q_EMIT loaded();
 }
 
 void EditorWebView::reportLost(const QString &reason)
 {
     qCWarning(editorLog).noquote() << "Plim: editor page lost:" << reason;
-    m_completions.clear(); // no answer will come, and whoever waits for one must not wait on
+    abandonScripts();
     Q_EMIT lost();
 }

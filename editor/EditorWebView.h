@@ -37,6 +37,8 @@ public:
 
     /// Runs the script in the page. The completion is never called when the page goes away first.
     void evaluate(const QString &script, Completion completion = {});
+    /// No answer is taken any more, and whoever waits for one need not wait on.
+    void abandonScripts();
     void load(const QString &document);
     void makeFirstResponder();
 

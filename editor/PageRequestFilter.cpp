@@ -34,6 +34,6 @@ bool PageRequestFilter::isAllowed(const QUrl &url) const
         const QString root = QFileInfo(directory).canonicalFilePath();
         return !root.isEmpty() && path.startsWith(root + u'/');
     };
-    return !path.isEmpty()
+    return QFileInfo(path).isFile()
         && ((liesIn(m_fontsDirectory) && path.endsWith(".ttf"_L1)) || liesIn(m_imagesDirectory));
 }

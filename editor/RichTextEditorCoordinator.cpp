@@ -5,6 +5,7 @@
 #include "editor/EditorFlush.h"
 #include "editor/EditorLog.h"
 #include "editor/EditorPage.h"
+#include "editor/MergedHTML.h"
 #include "editor/ScriptLiteral.h"
 
 #include <QJsonDocument>
@@ -32,14 +33,32 @@ const QString isFocusedScript =
     "document.getElementById('body').contains(document.activeElement) || "
     "document.getElementById('title').contains(document.activeElement)"_s;
 
+QString setCurrentIDScript(const QUuid &noteID)
+{
+    return u"window.setCurrentID(\""_s + uuidText(noteID) + u"\");"_s;
+}
+
 QString setContentScript(const QString &html)
 {
     return u"window.setContent("_s + jsString(html) + u");"_s;
+}
+
+QList<RichTextEditorCoordinator *> &liveEditors()
+{
+    static QList<RichTextEditorCoordinator *> editors;
+    return editors;
+}
+
+/// What the page answered to a read; empty when it gave no text.
+QString textOf(const QVariant &result)
+{
+    return result.typeId() == QMetaType::QString ? result.toString() : QString();
 }
 } // namespace
 
 RichTextEditorCoordinator::RichTextEditorCoordinator(QObject *parent) : QObject(parent)
 {
+    liveEditors().append(this);
     m_reload.setSingleShot(true);
     connect(&m_reload, &QTimer::timeout, this, &RichTextEditorCoordinator::loadPage);
     auto &center = NotificationCenter::shared();
@@ -47,17 +66,29 @@ RichTextEditorCoordinator::RichTextEditorCoordinator(QObject *parent) : QObject(
     connect(&center, &NotificationCenter::plimFormat, this, &RichTextEditorCoordinator::runIfFocused);
 }
 
+RichTextEditorCoordinator::~RichTextEditorCoordinator()
+{
+    liveEditors().removeOne(this);
+    if (m_webView)
+        m_webView->abandonScripts();
+}
+
 void RichTextEditorCoordinator::setWebView(EditorWebView *webView)
 {
     if (m_webView == webView)
         return;
-    if (m_webView)
+    if (m_webView) {
         m_webView->disconnect(this);
+        m_webView->abandonScripts();
+    }
     m_webView = webView;
+    forgetPage();
     if (m_webView) {
         connect(m_webView, &EditorWebView::loaded, this, &RichTextEditorCoordinator::finishLoading);
         connect(m_webView, &EditorWebView::lost, this, &RichTextEditorCoordinator::recover);
         connect(m_webView, &EditorWebView::messageReceived, this, &RichTextEditorCoordinator::receive);
+        // An editor that leaves the keyboard takes over what was kept from it while it had it.
+        connect(m_webView, &EditorWebView::isFirstResponderChanged, this, &RichTextEditorCoordinator::sync);
         // The view is still being made: it connects to its requests first.
         m_reload.start(0);
     }
@@ -79,6 +110,9 @@ void RichTextEditorCoordinator::update(const RichTextEditor &value)
     if (m_controller)
         m_controller->setCoordinator(this);
     const bool isNew = m_value != value;
+    // The text that the host holds by now; said again, it is no news.
+    if (value.noteID == m_loadedNoteID && (value.noteID != m_value.noteID || value.html != m_value.html))
+        m_storedHTML = value.html;
     m_value = value;
     sync();
     if (isNew)
@@ -87,14 +121,30 @@ void RichTextEditorCoordinator::update(const RichTextEditor &value)
 
 void RichTextEditorCoordinator::loadPage()
 {
-    if (m_webView)
-        m_webView->load(editorPageDocument(m_value.bodyFontSize, m_value.rightPadding));
+    if (!m_webView)
+        return;
+    forgetPage();
+    m_webView->load(editorPageDocument(m_value.bodyFontSize, m_value.rightPadding));
 }
 
+// Whatever finished loading is an empty page: it is never taken for one that shows the note.
 void RichTextEditorCoordinator::finishLoading()
 {
+    m_reload.stop();
+    forgetPage();
     m_pageLoaded = true;
     sync();
+}
+
+void RichTextEditorCoordinator::forgetPage()
+{
+    ++m_contentRevision;
+    m_pageLoaded = false;
+    m_isSyncing = false;
+    m_loadedNoteID.reset();
+    m_documentHTML.clear();
+    m_storedHTML.clear();
+    m_lastFontSize = -1.0;
 }
 
 // The page is gone with what it had not reported yet. A fresh one gets the last HTML that the host
@@ -106,12 +156,10 @@ void RichTextEditorCoordinator::recover()
     else
         m_lossesInARow = 0;
     m_sinceLoss.start();
-    m_takesFocusWhenShown = m_webView && m_webView->isFirstResponder();
-    m_pageLoaded = false;
-    m_isSyncing = false;
-    m_loadedNoteID.reset();
-    m_documentHTML.clear();
-    m_lastFontSize = -1.0;
+    // A page lost before it showed anything has had no say in who gets the keyboard.
+    if (m_loadedNoteID)
+        m_takesFocusWhenShown = m_isSyncing || (m_webView && m_webView->isFirstResponder());
+    forgetPage();
     // At once the first time; a page that fails again and again gets longer and longer rests.
     m_reload.start(m_lossesInARow == 0 ? 0ms : std::min(5000ms, 125ms * (1 << std::min(m_lossesInARow, 6))));
 }
@@ -140,22 +188,48 @@ void RichTextEditorCoordinator::refreshIfNotTyping()
     if (!m_loadedNoteID)
         return; // no note asked for and none shown: there is nothing to refresh
     m_webView->evaluate(isFocusedScript, [self = QPointer(this)](const QVariant &result) {
-        if (!self || !self->m_webView)
+        const bool hasCaret = result.typeId() == QMetaType::Bool && result.toBool();
+        if (self && self->m_webView && !(hasCaret && self->m_webView->isFirstResponder()))
+            self->refresh();
+    });
+}
+
+// Words may still wait in the page for its timer, so they are collected before they are replaced.
+void RichTextEditorCoordinator::refresh()
+{
+    // A switch may have begun meanwhile; it collects, and brings its own content.
+    const auto isOutdated = [this] {
+        return m_isSyncing || m_value.noteID != m_loadedNoteID || m_value.html == m_documentHTML;
+    };
+    if (isOutdated())
+        return;
+    m_webView->evaluate(cancelDebounceScript);
+    read([this, isOutdated] {
+        if (isOutdated())
             return;
-        if (result.typeId() == QMetaType::Bool && result.toBool() && self->m_webView->isFirstResponder())
+        ++m_contentRevision;
+        m_documentHTML = m_value.html;
+        m_webView->evaluate(setContentScript(m_documentHTML));
+    });
+}
+
+// An answer is of use only while the page holds what it held when it was asked: once other content
+// was sent, the text that was there before has been taken by an earlier answer.
+void RichTextEditorCoordinator::read(std::function<void()> next)
+{
+    m_webView->evaluate(readHTMLScript, [self = QPointer(this), revision = m_contentRevision,
+                                         next = std::move(next)](const QVariant &result) {
+        if (!self || !self->m_webView || self->m_contentRevision != revision)
             return;
-        // A switch may have begun meanwhile; it brings its own content.
-        if (self->m_isSyncing || self->m_value.noteID != self->m_loadedNoteID)
-            return;
-        self->m_documentHTML = self->m_value.html;
-        self->m_webView->evaluate(setContentScript(self->m_documentHTML));
+        self->take(*self->m_loadedNoteID, textOf(result));
+        next();
     });
 }
 
 void RichTextEditorCoordinator::showFirst()
 {
     const bool takesFocus = std::exchange(m_takesFocusWhenShown, true);
-    show(m_value.noteID, m_value.html, m_value.bodyFontSize);
+    show(*m_value.noteID, m_value.html, m_value.bodyFontSize);
     if (takesFocus)
         focusPage();
     m_webView->evaluate(reportStateScript);
@@ -165,31 +239,27 @@ void RichTextEditorCoordinator::switchNote()
 {
     m_isSyncing = true;
     m_webView->evaluate(cancelDebounceScript);
-    m_webView->evaluate(readHTMLScript, [self = QPointer(this), oldID = *m_loadedNoteID,
-                                         captured = m_value](const QVariant &result) {
-        if (!self || !self->m_webView)
-            return;
-        const QString html = result.typeId() == QMetaType::QString ? result.toString() : QString();
-        if (!html.isEmpty() && html != self->m_documentHTML)
-            self->accept(oldID, html);
-        self->show(captured.noteID, captured.html, captured.bodyFontSize);
-        self->focusPage();
-        self->m_isSyncing = false;
-        self->m_webView->evaluate(reportStateScript);
+    read([this, captured = m_value] {
+        show(*captured.noteID, captured.html, captured.bodyFontSize);
+        focusPage();
+        m_isSyncing = false;
+        m_webView->evaluate(reportStateScript);
         // What was asked for while the answer was awaited has not been looked at yet.
-        self->sync();
+        sync();
     });
 }
 
-void RichTextEditorCoordinator::show(const std::optional<QUuid> &noteID, const QString &html, double fontSize)
+void RichTextEditorCoordinator::show(const QUuid &noteID, const QString &html, double fontSize)
 {
+    ++m_contentRevision;
     m_loadedNoteID = noteID;
     m_documentHTML = html;
-    m_webView->evaluate(u"window.setCurrentID(\""_s + uuidText(*noteID) + u"\");"_s);
-    m_webView->evaluate(setContentScript(html));
+    m_storedHTML = m_value.noteID == noteID ? m_value.html : html;
+    // One script, so that no report of the page can come between, one note's text under another's id.
+    m_webView->evaluate(setCurrentIDScript(noteID) + u'\n' + setContentScript(html));
     applyFontSize(fontSize);
-    qCDebug(editorLog) << "shown" << noteID->toString(QUuid::WithoutBraces);
-    Q_EMIT shown(*noteID);
+    qCDebug(editorLog) << "shown" << noteID.toString(QUuid::WithoutBraces);
+    Q_EMIT shown(noteID);
 }
 
 void RichTextEditorCoordinator::focusPage()
@@ -220,10 +290,6 @@ void RichTextEditorCoordinator::receive(const QString &handler, const QString &b
 
 void RichTextEditorCoordinator::receiveChange(const QString &body)
 {
-    if (!m_loadedNoteID) {
-        qCInfo(editorLog) << "Plim: change ignored, the page shows no note";
-        return;
-    }
     QString html = body;
     std::optional<QUuid> id;
     const QJsonObject message = QJsonDocument::fromJson(body.toUtf8()).object();
@@ -233,20 +299,46 @@ void RichTextEditorCoordinator::receiveChange(const QString &body)
         if (const QUuid parsed(message.value("id"_L1).toString()); !parsed.isNull())
             id = parsed;
     }
-    if (id && *id != *m_loadedNoteID) {
-        // Late news of the note shown before: they belong to it, and say nothing of what the page
-        // holds now.
-        Q_EMIT change(*id, html);
-        return;
+    if (!id) {
+        if (!m_loadedNoteID) {
+            qCInfo(editorLog) << "Plim: change ignored, the page shows no note";
+            return;
+        }
+        if (html == m_documentHTML)
+            return;
+        id = m_value.noteID.value_or(*m_loadedNoteID);
     }
-    if (html != m_documentHTML)
-        accept(id.value_or(m_value.noteID.value_or(*m_loadedNoteID)), html);
+    take(*id, html);
 }
 
-void RichTextEditorCoordinator::accept(const QUuid &noteID, const QString &html)
+// The page's words go on top of what the host holds by now, which the page may not have been given
+// because it had the keyboard.
+void RichTextEditorCoordinator::take(const QUuid &noteID, const QString &html)
 {
+    if (html.isEmpty())
+        return;
+    if (noteID != m_loadedNoteID) {
+        // Late news of a note shown before: they belong to it, and say nothing of what the page
+        // holds now.
+        Q_EMIT change(noteID, html);
+        return;
+    }
+    if (html == m_documentHTML)
+        return;
+    const QString stored = std::exchange(m_storedHTML, mergedHTML(m_documentHTML, m_storedHTML, html));
     m_documentHTML = html;
-    Q_EMIT change(noteID, html);
+    if (m_storedHTML == stored)
+        return;
+    for (RichTextEditorCoordinator *other : std::as_const(liveEditors()))
+        other->learn(noteID, m_storedHTML);
+    Q_EMIT change(noteID, m_storedHTML);
+}
+
+// A page may still hold a note that is no longer asked for, so that no update tells of it.
+void RichTextEditorCoordinator::learn(const QUuid &noteID, const QString &html)
+{
+    if (m_loadedNoteID == noteID && m_value.noteID != noteID)
+        m_storedHTML = html;
 }
 
 void RichTextEditorCoordinator::receiveFormatState(const QString &body)
@@ -262,15 +354,8 @@ void RichTextEditorCoordinator::receiveFormatState(const QString &body)
 
 void RichTextEditorCoordinator::flush()
 {
-    const std::optional<QUuid> id = m_loadedNoteID ? m_loadedNoteID : m_value.noteID;
-    if (!m_webView || !m_pageLoaded || !id)
-        return;
-    m_webView->evaluate(readHTMLScript, [self = QPointer(this), id = *id, debt = EditorFlush::shared().owe()](
-                                            const QVariant &result) {
-        const QString html = result.typeId() == QMetaType::QString ? result.toString() : QString();
-        if (self && !html.isEmpty() && html != self->m_documentHTML)
-            self->accept(id, html);
-    });
+    if (m_webView && m_loadedNoteID)
+        read([debt = EditorFlush::shared().owe()] {});
 }
 
 void RichTextEditorCoordinator::run(const EditorCommand &command)

@@ -12,6 +12,7 @@
 #include <QUuid>
 #include <qqmlregistration.h>
 
+#include <functional>
 #include <optional>
 
 /// Owns the conversation with one editor page: when content is pushed into it, when its HTML is
@@ -26,6 +27,7 @@ class RichTextEditorCoordinator : public QObject
 
 public:
     explicit RichTextEditorCoordinator(QObject *parent = nullptr);
+    ~RichTextEditorCoordinator() override;
 
     [[nodiscard]] EditorWebView *webView() const { return m_webView; }
     /// Builds the page in the view; done once per view.
@@ -54,18 +56,23 @@ Q_SIGNALS:
 private:
     void loadPage();
     void finishLoading();
+    void forgetPage();
     void recover();
     void sync();
     void refreshIfNotTyping();
+    void refresh();
+    /// Takes what the page holds, then goes on; the page may go first, and then nothing is done.
+    void read(std::function<void()> next);
     void showFirst();
     void switchNote();
-    void show(const std::optional<QUuid> &noteID, const QString &html, double fontSize);
+    void show(const QUuid &noteID, const QString &html, double fontSize);
     void focusPage();
     void applyFontSize(double size);
     void receive(const QString &handler, const QString &body);
     void receiveChange(const QString &body);
     void receiveFormatState(const QString &body);
-    void accept(const QUuid &noteID, const QString &html);
+    void take(const QUuid &noteID, const QString &html);
+    void learn(const QUuid &noteID, const QString &html);
     void flush();
     void runIfFocused(const EditorCommand &command);
 
@@ -74,6 +81,8 @@ private:
     RichTextEditor m_value;                ///< what the view currently asks for
     std::optional<QUuid> m_loadedNoteID;
     QString m_documentHTML;                ///< what the host believes the page holds
+    QString m_storedHTML;                  ///< what the host is known to hold for the loaded note
+    int m_contentRevision = 0;             ///< counts what was put into pages
     bool m_pageLoaded = false;
     bool m_isSyncing = false;              ///< a switch waits for the old note's HTML
     double m_lastFontSize = -1.0;

@@ -2,6 +2,8 @@
 
 #include <QLocale>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -49,7 +51,9 @@ QString jsString(QStringView text)
 
 QString shortestDecimal(double value)
 {
-    QString text = QString::number(value, 'g', QLocale::FloatingPointShortest);
+    const double size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= 1e-4 && size < 1e16);
+    QString text = QString::number(value, isPlain ? 'f' : 'g', QLocale::FloatingPointShortest);
     if (!text.contains(u'.') && !text.contains(u'e'))
         text += ".0"_L1;
     return text;

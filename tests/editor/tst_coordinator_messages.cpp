@@ -1,0 +1,173 @@
+#include "tests/editor/EditorFixture.h"
+#include "tests/editor/StandardOutput.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace
+{
+const QString a = u"<h1>a</h1>"_s;
+} // namespace
+
+class TestCoordinatorMessages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void changes_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QUuid>("id");
+        QTest::addColumn<QString>("html");
+        const auto row = [](const char *name, const QString &body, const TestNote &note,
+                            const QString &html) {
+            QTest::newRow(name) << body << note.id << html;
+        };
+        const auto whole = [&](const char *name, const QString &body) {
+            row(name, body, noteA, body);
+        };
+
+        row("id and html", message(noteA, u"<h1>x</h1>"_s), noteA, u"<h1>x</h1>"_s);
+        row("another note's", message(noteB, u"<h1>x</h1>"_s), noteB, u"<h1>x</h1>"_s);
+        row("id in small letters", u"{\"id\":\"%1\",\"html\":\"x\"}"_s.arg(noteB.text.toLower()),
+            noteB, u"x"_s);
+        row("html alone", u"{\"html\":\"x\"}"_s, noteA, u"x"_s);
+        row("an id that is none", u"{\"id\":\"12\",\"html\":\"x\"}"_s, noteA, u"x"_s);
+        row("an empty id", u"{\"id\":\"\",\"html\":\"x\"}"_s, noteA, u"x"_s);
+        row("more members", u"{\"html\":\"x\",\"a\":\"b\",\"id\":\"%1\"}"_s.arg(noteB.text), noteB,
+            u"x"_s);
+        row("escapes", u"{\"html\":\"\\u00f3\\n\\\"<\\/p>😀\"}"_s, noteA, u"\u00f3\n\"</p>😀"_s);
+        whole("plain HTML", u"<h1>plain</h1>"_s);
+        whole("a null id", u"{\"id\":null,\"html\":\"x\"}"_s);
+        whole("a member that is no text",
+              u"{\"id\":\"%1\",\"html\":\"x\",\"n\":1}"_s.arg(noteB.text));
+        whole("html that is no text", u"{\"html\":7}"_s);
+        whole("no html", u"{\"id\":\"%1\"}"_s.arg(noteB.text));
+        whole("an empty object", u"{}"_s);
+        whole("an array", u"[\"html\"]"_s);
+        whole("a text", u"\"x\""_s);
+        whole("cut off", u"{\"html\":\"x\""_s);
+    }
+    void changes()
+    {
+        QFETCH(QString, body);
+        QFETCH(QUuid, id);
+        QFETCH(QString, html);
+        EditorFixture f;
+        f.showNote(noteA, a);
+        f.view.post(body);
+        QCOMPARE(f.changes, Changes({{id, html}}));
+    }
+
+    void whatIsKnownIsNoChange()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        f.view.post(message(noteA, a)); // as pushed
+        f.view.post(a);
+        f.view.post(u"{\"html\":\"%1\"}"_s.arg(a));
+        QCOMPARE(f.changes, Changes());
+        f.view.post(message(noteA, u"<h1>ab</h1>"_s));
+        f.view.post(message(noteA, u"<h1>ab</h1>"_s)); // as accepted
+        QCOMPARE(f.takeChanges(), Changes({{noteA.id, u"<h1>ab</h1>"_s}}));
+        f.view.post(message(noteA, a)); // and back
+        QCOMPARE(f.takeChanges(), Changes({{noteA.id, a}}));
+    }
+
+    void theNormalizedFormIsOneChange()
+    {
+        EditorFixture f;
+        f.showNote(noteA, u"<h1>a</h1><p style=x>b</p>"_s);
+        f.view.post(message(noteA, u"<h1>a</h1><p>b</p>"_s));
+        f.view.post(message(noteA, u"<h1>a</h1><p>b</p>"_s));
+        QCOMPARE(f.changes, Changes({{noteA.id, u"<h1>a</h1><p>b</p>"_s}}));
+        QVERIFY(f.view.log().isEmpty()); // and the page, which has it, is not given it
+    }
+
+    void withoutAnIdTheNoteAskedForIsMeant()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        f.update({}, {});
+        f.view.post(u"<h1>x</h1>"_s);
+        QCOMPARE(f.changes, Changes({{noteA.id, u"<h1>x</h1>"_s}})); // none is: the one in the page
+    }
+
+    void nothingEmptyIsHandedOut_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::newRow("no body") << u""_s;
+        QTest::newRow("html") << message(noteA, {});
+        QTest::newRow("another note's html") << message(noteB, {});
+        QTest::newRow("without id") << u"{\"html\":\"\"}"_s;
+    }
+    void nothingEmptyIsHandedOut()
+    {
+        QFETCH(QString, body);
+        EditorFixture f;
+        f.showNote(noteA, a);
+        f.view.post(body);
+        QCOMPARE(f.changes, Changes());
+    }
+
+    void aPageWithoutANoteSaysNothing_data()
+    {
+        QTest::addColumn<bool>("isLoaded");
+        QTest::addColumn<QString>("body");
+        for (const bool isLoaded : {false, true}) {
+            const char *when = isLoaded ? "loaded" : "loading";
+            QTest::addRow("%s, null id", when)
+                << isLoaded << u"{\"id\":null,\"html\":\"<h1><br></h1>\"}"_s;
+            QTest::addRow("%s, plain", when) << isLoaded << u"<h1><br></h1>"_s;
+            QTest::addRow("%s, no id", when) << isLoaded << u"{\"html\":\"<h1><br></h1>\"}"_s;
+        }
+    }
+    void aPageWithoutANoteSaysNothing()
+    {
+        QFETCH(bool, isLoaded);
+        QFETCH(QString, body);
+        EditorFixture f;
+        if (isLoaded)
+            f.load();
+        else
+            f.update(noteA.id, a);
+        f.view.post(body);
+        QCOMPARE(f.changes, Changes());
+    }
+
+    void otherHandlersChangeNothing()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        StandardOutput output;
+        for (const QString &handler : {u"plimstate"_s, u"PLIM"_s, u""_s, u"plimState"_s, u"x"_s})
+            f.view.post(handler, message(noteA, u"<h1>x</h1>"_s));
+        QCOMPARE(output.release(), QByteArray());
+        QCOMPARE(f.changes, Changes());
+    }
+
+    void diagnosticsArePrinted_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("plain") << u"after300: anchor=P in DIV in-escP=true"_s
+                               << "[PLIM-LOG] after300: anchor=P in DIV in-escP=true\n"_ba;
+        QTest::newRow("empty") << u""_s << "[PLIM-LOG] \n"_ba;
+        QTest::newRow("no format")
+            << u"toggle-error: 100%s %n"_s << "[PLIM-LOG] toggle-error: 100%s %n\n"_ba;
+        QTest::newRow("accents") << u"zażółć"_s
+                                 << "[PLIM-LOG] za\xc5\xbc\xc3\xb3\xc5\x82\xc4\x87\n"_ba;
+    }
+    void diagnosticsArePrinted()
+    {
+        QFETCH(QString, body);
+        EditorFixture f;
+        f.showNote(noteA, a);
+        StandardOutput output;
+        f.view.post(u"plimLog"_s, body);
+        QTEST(output.release(), "line");
+        QCOMPARE(f.changes, Changes());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCoordinatorMessages)
+#include "tst_coordinator_messages.moc"
