@@ -60,6 +60,7 @@ private Q_SLOTS:
     void sameNoteInTwoEditors();
     void lettersTypedInTurnsInTwoEditors();
     void outsideChangeReplacesUnfocusedContentOnly();
+    void textTypedAfterTheReadOfASwitchIsSent();
     void threeLinesSurviveSwitching();
     void deadPageComesBackWithTheLastKnownText();
     void deadPageWhileSwitchingLosesNothing();
@@ -146,8 +147,9 @@ void TestPageTraps::lettersTypedInTurnsInTwoEditors()
         return std::ranges::all_of(u"abcdef"_s, [this](QChar c) { return m_desk->bodies[m_a].contains(c); });
     };
     QTRY_VERIFY2(hasAll(), qPrintable(m_desk->bodies[m_a]));
-    QTRY_COMPARE(m_left->composed(), m_desk->bodies[m_a]);
+    QVERIFY(m_left->activate()); // the page that is left takes over what was kept from it
     QTRY_COMPARE(m_right->composed(), m_desk->bodies[m_a]);
+    QTRY_COMPARE(m_left->composed(), m_desk->bodies[m_a]);
 }
 
 void TestPageTraps::outsideChangeReplacesUnfocusedContentOnly()
@@ -158,6 +160,17 @@ void TestPageTraps::outsideChangeReplacesUnfocusedContentOnly()
     m_desk->set(m_a, u"<h1>A</h1><p>changed</p>"_s);
     QTRY_COMPARE(m_right->composed(), u"<h1>A</h1><p>changed</p>"_s);
     QCOMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
+}
+
+void TestPageTraps::textTypedAfterTheReadOfASwitchIsSent()
+{
+    m_left->changes.clear();
+    const QString b = m_b.toString(QUuid::WithoutBraces).toUpper();
+    // The mutation is noticed, and its report waits, when the next note's id and content come.
+    m_left->js(u"bodyEl.firstChild.append('x'); Promise.resolve().then(() => { setCurrentID('%1'); setContent('<h1>B</h1>'); }); null"_s.arg(b));
+    QTRY_VERIFY(!m_left->changes.empty());
+    QCOMPARE(m_left->changes[0].noteID, m_a);
+    QCOMPARE(m_left->changes[0].html, u"<h1>A</h1><p>ax</p>"_s);
 }
 
 void TestPageTraps::threeLinesSurviveSwitching()

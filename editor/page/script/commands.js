@@ -4,6 +4,12 @@ const BLOCK_COMMANDS = ['formatBlock', 'insertUnorderedList', 'insertOrderedList
 let shownNoteID = null; // whose content the regions hold
 const LEADING_HEADING = /^\s*<h1[^>]*>([\s\S]*?)<\/h1>/i;
 
+// What was typed since the host last read the page goes out under the id it was typed into.
+function setCurrentID(id) {
+  if (id !== currentNoteID) notifyPending();
+  currentNoteID = id;
+}
+
 function setContent(html) {
   const match = html.match(LEADING_HEADING);
   const title = match ? match[1].replace(/<div\b[^>]*>/gi, '').replace(/<\/div>/gi, '') : '';
@@ -108,7 +114,7 @@ function placeFirstCaret() {
 }
 
 Object.assign(window, {
-  setCurrentID(id) { currentNoteID = id; },
+  setCurrentID,
   cancelDebounce,
   getComposedHTML: composeHTML,
   focusBodyAtEnd,
