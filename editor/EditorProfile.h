@@ -16,7 +16,7 @@ class EditorProfile : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QQuickWebEngineProfile *profile READ profile CONSTANT)
+    Q_PROPERTY(QObject *profile READ profile CONSTANT)
     Q_PROPERTY(QUrl baseUrl READ baseUrl CONSTANT)
     Q_PROPERTY(QString channelScript READ channelScript CONSTANT)
 

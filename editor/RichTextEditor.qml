@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtWebChannel
+import QtWebChannel // qmllint disable import
 import QtWebEngine
 import Plim.Editor
 
@@ -46,7 +46,7 @@ Item {
         anchors.fill: parent
         objectName: "editorWebView"
         backgroundColor: "transparent"
-        profile: EditorProfile.profile
+        profile: EditorProfile.profile as WebEngineProfile
         webChannel: WebChannel {
             Component.onCompleted: registerObject("host", seam.messages)
         }

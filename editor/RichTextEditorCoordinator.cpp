@@ -258,7 +258,7 @@ void RichTextEditorCoordinator::show(const QUuid &noteID, const QString &html, d
     // One script, so that no report of the page can come between, one note's text under another's id.
     m_webView->evaluate(setCurrentIDScript(noteID) + u'\n' + setContentScript(html));
     applyFontSize(fontSize);
-    qCDebug(editorLog) << "shown" << noteID.toString(QUuid::WithoutBraces);
+    m_isShowing = true;
     Q_EMIT shown(noteID);
 }
 
@@ -346,6 +346,9 @@ void RichTextEditorCoordinator::receiveFormatState(const QString &body)
     const std::optional<EditorFormatState> state = EditorFormatState::fromJson(body);
     if (!state)
         return;
+    // The first report comes when the page has the content and its caret.
+    if (std::exchange(m_isShowing, false) && m_loadedNoteID)
+        qCDebug(editorLog) << "shown" << m_loadedNoteID->toString(QUuid::WithoutBraces);
     QTimer::singleShot(0, this, [this, state = *state] {
         if (m_controller)
             m_controller->setFormatState(state);

@@ -84,6 +84,7 @@ private:
     QString m_storedHTML;                  ///< what the host is known to hold for the loaded note
     int m_contentRevision = 0;             ///< counts what was put into pages
     bool m_pageLoaded = false;
+    bool m_isShowing = false;              ///< content was sent, and the page has not reported since
     bool m_isSyncing = false;              ///< a switch waits for the old note's HTML
     double m_lastFontSize = -1.0;
     bool m_takesFocusWhenShown = true;     ///< false while a page that had no focus is recovered

@@ -37,7 +37,7 @@ void TestPageRoundTrip::randomDocumentsReadTheSame()
 {
     const bool isRepeated = qEnvironmentVariableIsSet("PLIM_TEST_SEED");
     const quint32 first = isRepeated ? qEnvironmentVariable("PLIM_TEST_SEED").toUInt() : QRandomGenerator::global()->generate();
-    const quint32 count = isRepeated ? 1 : 1500;
+    const quint32 count = isRepeated ? 1 : 2000;
     qInfo("seeds from %u", first);
     for (quint32 seed = first; seed != first + count; ++seed) {
         const QString problem = m_page.text(u"play(%1, %2)"_s.arg(seed).arg(6 + seed % 40));
