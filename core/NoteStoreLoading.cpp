@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <utility>
 
@@ -136,9 +137,14 @@ void NoteStore::load()
 
     bool changed = false;
     NoteArray notes;
+    QSet<QUuid> ids;
     for (const Note &note : *decoded) {
-        notes.append(normalised(note, m_file.imagesDirectory()));
-        changed |= notes[notes.size() - 1] != note;
+        Note own = normalised(note, m_file.imagesDirectory());
+        if (ids.contains(own.id)) // put together by hand; under one id only one of them could be opened
+            own.id = QUuid::createUuid();
+        ids.insert(own.id);
+        changed |= own != note;
+        notes.append(std::move(own));
     }
     m_hasContent = true;
     setNotes(std::move(notes));

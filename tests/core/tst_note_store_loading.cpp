@@ -92,6 +92,20 @@ private Q_SLOTS:
         QCOMPARE(logged, QStringList());
     }
 
+    /// A file put together by hand: every note can be opened.
+    void idThatOccursTwiceIsGivenOnce()
+    {
+        const DataDirectory data;
+        const QByteArray note = R"({"id":"11111111-1111-4111-8111-111111111111","body":"<h1>%</h1>"})";
+        data.write(u"notes.json"_s, '[' + QByteArray(note).replace('%', "a") + ',' + QByteArray(note).replace('%', "b") + ']');
+        const auto store = opened(data);
+        QCOMPARE(headings(*store), u"a,b"_s);
+        QCOMPARE(store->notes()[0].id, QUuid(u"11111111-1111-4111-8111-111111111111"_s));
+        QVERIFY(store->notes()[1].id != store->notes()[0].id);
+        QCOMPARE(headings(*opened(data)), u"a,b"_s);
+        QCOMPARE(opened(data)->notes()[1].id, store->notes()[1].id); // it was saved
+    }
+
     /// Which file the notes come from, and what is said about it.
     void sources_data()
     {
