@@ -142,7 +142,8 @@ window.play = (seed, stepCount) => {
     const [name, , changesText, act] = pick(bag);
     const mayChange = typeof changesText === 'function' ? changesText() : changesText;
     const before = letters();
-    trace.push(name + '   at ' + marks.body());
+    const seen = marks.body();
+    trace.push(name + '   at ' + seen);
     try {
       act();
       saveSelection(); // as the event does, a moment later
@@ -150,6 +151,7 @@ window.play = (seed, stepCount) => {
       return fail('error in ' + name + ': ' + error.stack);
     }
     if (!mayChange && letters() !== before) return fail(name + ' changed the text: ' + before + ' > ' + letters());
+    if (name === 'Backspace' && marks.body() === seen && !/^(<[^>]*>|☐|☑)*\|/.test(seen)) return fail('dead key');
     const found = faults();
     if (found) return fail('after ' + name + ': ' + found);
   }

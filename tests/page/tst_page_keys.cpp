@@ -124,6 +124,21 @@ void TestPageKeys::keysInBody_data()
     row("Backspace in the only item", u"<check><li.checked>☑|milk</li></check>"_s, Qt::Key_Backspace, u"<p>|milk</p>"_s);
     row("Backspace in an empty item", u"<check><li>☐milk</li><li>☐|<br></li></check>"_s, Qt::Key_Backspace,
         u"<check><li>☐milk|</li></check>"_s);
+    row("Backspace right after Return", u"<check><li>☐milk</li><li>☐<br>|</li></check>"_s, Qt::Key_Backspace,
+        u"<check><li>☐milk|</li></check>"_s);
+    row("Backspace in two empty items", u"<check><li>☐<br></li><li>☐<br>|</li></check>"_s, Qt::Key_Backspace,
+        u"<check><li>☐<br>|</li></check>"_s);
+    row("Backspace in the only empty item", u"<check><li>☐<br>|</li></check>"_s, Qt::Key_Backspace, u"<p>|<br></p>"_s);
+    row("Backspace in the first item of a list", u"<ul><li>|milk</li><li>tea</li></ul>"_s, Qt::Key_Backspace, u"<p>|milk</p><ul><li>tea</li></ul>"_s);
+    row("Backspace in the first empty item of a list", u"<p>a</p><ol><li>|<br></li></ol>"_s, Qt::Key_Backspace, u"<p>a</p><p>|<br></p>"_s);
+    row("Backspace in the second item of a list", u"<ul><li>milk</li><li>|tea</li></ul>"_s, Qt::Key_Backspace, u"<ul><li>milk|tea</li></ul>"_s);
+    row("Backspace below an empty item", u"<check><li>☐milk</li><li>☐<br></li></check><p>|tea</p>"_s, Qt::Key_Backspace,
+        u"<check><li>☐milk</li><li>☐|tea</li></check>"_s);
+    row("Backspace below a nested checklist", u"<check><li>☐milk</li><check><li.checked>☑oat</li></check></check><h2>|tea</h2>"_s, Qt::Key_Backspace,
+        u"<check><li>☐milk</li><check><li.checked>☑oat|tea</li></check></check>"_s);
+    row("Backspace below an item with a list in it", u"<ul><li>milk<ul><li>oat</li></ul></li><li>|tea</li></ul>"_s, Qt::Key_Backspace,
+        u"<ul><li>milk<ul><li>oat|tea</li></ul></li></ul>"_s);
+    row("Backspace between two dividers", u"<p>milk</p><hr>|<hr><p>tea</p>"_s, Qt::Key_Backspace, u"<p>milk</p>|<hr><p>tea</p>"_s);
     row("Backspace onto an empty item", u"<check><li>☐<br></li><li.checked>☑|tea</li></check>"_s, Qt::Key_Backspace,
         u"<check><li>☐|tea</li></check>"_s);
     row("Backspace inside bold at the start", u"<check><li>☐mil</li><li>☐<b>|k</b></li></check>"_s, Qt::Key_Backspace,

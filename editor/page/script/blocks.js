@@ -15,7 +15,7 @@ function selectedLines() {
   const touched = [...bodyEl.querySelectorAll(LINES)].filter(line => !(line.parentElement.closest('li') && !line.matches('li'))
     && isTouched(line, range));
   // What is selected up to the very start of a line leaves that line out.
-  if (touched.length > 1 && !range.collapsed && isAtLineStart(touched[touched.length - 1], range)) touched.pop();
+  if (touched.length > 1 && !range.collapsed && endsAtStartOf(touched[touched.length - 1], range)) touched.pop();
   return touched;
 }
 
@@ -28,7 +28,7 @@ function isTouched(line, range) {
   return range.compareBoundaryPoints(Range.END_TO_START, own) <= 0 && range.compareBoundaryPoints(Range.START_TO_END, own) >= 0;
 }
 
-function isAtLineStart(line, range) {
+function endsAtStartOf(line, range) {
   const before = document.createRange();
   before.setStart(line, 0);
   before.setEnd(range.endContainer, range.endOffset);

@@ -123,27 +123,56 @@ function dropEmptyNodes(fragment) {
   }
 }
 
-// In this engine Backspace at the start of a checklist item does nothing (the box, which cannot be
-// edited, is in the way) and Delete at its end leaves the joined item without a box. Both are done
-// here, whichever key or gesture asked for them.
+// In this engine Backspace at the start of a checklist item, and at some places beside one, does nothing
+// (the box, which cannot be edited, is in the way), and Delete at its end leaves the joined item
+// without a box. Both are done here, whichever key or gesture asked for them.
 function onBeforeInput(event) {
   if (event.isComposing || !event.inputType.startsWith('delete')) return;
   const range = currentRange();
   if (!range || !range.collapsed) return;
   beginStep('deleting');
-  const isHandled = event.inputType.endsWith('Forward') ? deleteAtLineEnd(range) : deleteAtItemStart(range);
+  const isHandled = event.inputType.endsWith('Forward') ? deleteAtLineEnd(range) : deleteAtLineStart(range);
   if (!isHandled) return;
   event.preventDefault();
   endStep();
   finishEdit();
 }
 
-function deleteAtItemStart(range) {
+function deleteAtLineStart(range) {
+  const divider = range.startContainer === bodyEl && bodyEl.childNodes[range.startOffset - 1];
+  if (divider && divider.nodeName === 'HR') {
+    keepingSelection(() => divider.remove());
+    return true;
+  }
   const item = blockAt(range.startContainer, LIST_BLOCKS);
-  if (!isChecklistItem(item) || !isAtItemStart(item, range)) return false;
+  const line = item && item.tagName === 'LI' ? item : blockAt(range.startContainer, LINE_BLOCKS);
+  if (!line || line === bodyEl || !isAtLineStart(line, range)) return false;
+  return line === item ? joinItemAbove(item) : joinLineAbove(line);
+}
+
+function joinItemAbove(item) {
   const upper = neighbourItem(item, -1);
-  if (upper) joinLine(upper, item); else placeCaretAtStart(itemToParagraph(item));
+  const isPlain = !isChecklistItem(item);
+  if (isPlain && upper && upper === item.previousElementSibling && !nestedListOf(upper)) return false; // the engine joins these well
+  if (upper) joinLine(upper, item);
+  else if (isPlain) keepingSelection(() => outdentItem(item));
+  else placeCaretAtStart(itemToParagraph(item));
   return true;
+}
+
+// A line below a checklist goes on with its last item.
+function joinLineAbove(line) {
+  const list = line.previousElementSibling;
+  if (!list || !list.matches('ul, ol') || !list.querySelector('.chk') || !isBlankText(textBetween(list, line))) return false;
+  const items = list.querySelectorAll('li');
+  joinLine(items[items.length - 1], line);
+  return true;
+}
+
+function textBetween(upper, lower) {
+  let text = '';
+  for (let node = upper.nextSibling; node && node !== lower; node = node.nextSibling) text += node.textContent;
+  return text;
 }
 
 function deleteAtLineEnd(range) {
@@ -161,13 +190,17 @@ function holdsNothingVisible(range, breaksAllowed) {
     && content.querySelectorAll('br').length <= breaksAllowed;
 }
 
-function isAtItemStart(item, range) {
-  const box = boxOf(item);
-  if (!box) return false;
-  if (range.comparePoint(item, 0) === 0) return true;
+function isAtLineStart(line, range) {
+  const box = boxOf(line);
+  if (isChecklistItem(line) && !box) return false;
+  if (range.comparePoint(line, 0) === 0) return true;
   const between = range.cloneRange();
-  between.setStartAfter(box);
-  return holdsNothingVisible(between, 0);
+  if (box) between.setStartAfter(box); else between.setStart(line, 0);
+  if (holdsNothingVisible(between, 0)) return true;
+  // Behind the break that holds an empty line open is the start of that line, too.
+  const end = nestedListOf(line);
+  if (end) between.setEndBefore(end); else between.setEnd(line, line.childNodes.length);
+  return holdsNothingVisible(between, 1);
 }
 
 // The node of the line, or of the body for a line without a block, before which the line ends.
