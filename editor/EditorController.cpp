@@ -33,3 +33,9 @@ void EditorController::runLink(const QString &url)
 {
     run(EditorCommand::link(url));
 }
+
+void EditorController::focusEditor()
+{
+    if (m_coordinator && m_coordinator->webView())
+        m_coordinator->webView()->makeFirstResponder();
+}

@@ -32,6 +32,8 @@ public:
     Q_INVOKABLE void run(EditorCommand::Kind kind);
     Q_INVOKABLE void runHeading(int level);
     Q_INVOKABLE void runLink(const QString &url);
+    /// Gives the keyboard back to the attached editor.
+    Q_INVOKABLE void focusEditor();
 
 Q_SIGNALS:
     void formatStateChanged();

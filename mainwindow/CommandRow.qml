@@ -12,9 +12,20 @@ Column {
 
     required property EditorController controller
 
+    function askForLink() {
+        linkField.text = "https://";
+        linkRow.visible = true;
+        linkField.forceActiveFocus();
+        linkField.selectAll();
+    }
     function insertLink() {
-        linkRow.visible = false;
+        root.closeLink();
         root.controller.runLink(linkField.text);
+    }
+    // What is typed next belongs into the note, not into a field that is out of sight.
+    function closeLink() {
+        linkRow.visible = false;
+        root.controller.focusEditor();
     }
 
     objectName: "commandRow"
@@ -37,7 +48,7 @@ Column {
                 { text: "•", name: "bulletList", lit: "bullet", run: () => root.controller.run(CommandKind.BulletList) },
                 { text: "1.", name: "numberedList", lit: "ordered", run: () => root.controller.run(CommandKind.NumberedList) },
                 { text: "☑", name: "checkbox", lit: "checklist", run: () => root.controller.run(CommandKind.Checkbox) },
-                { text: "Link", name: "link", lit: "link", run: () => { linkRow.visible = !linkRow.visible; linkField.forceActiveFocus(); linkField.selectAll(); } },
+                { text: "Link", name: "link", lit: "link", run: () => linkRow.visible ? root.closeLink() : root.askForLink() },
                 { text: "—", name: "divider", lit: "", run: () => root.controller.run(CommandKind.Divider) },
                 { text: "↶", name: "undo", lit: "", run: () => root.controller.run(CommandKind.Undo) },
                 { text: "↷", name: "redo", lit: "", run: () => root.controller.run(CommandKind.Redo) }
@@ -85,7 +96,7 @@ Column {
                 border.color: "#80000000"
             }
             onAccepted: root.insertLink()
-            Keys.onEscapePressed: linkRow.visible = false
+            Keys.onEscapePressed: root.closeLink()
         }
         PlainButton {
             text: L10n.insert
@@ -93,7 +104,7 @@ Column {
         }
         PlainButton {
             text: L10n.cancel
-            onClicked: linkRow.visible = false
+            onClicked: root.closeLink()
         }
     }
 }

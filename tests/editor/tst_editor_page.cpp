@@ -136,6 +136,7 @@ bool isRefinement(const Rule &rule)
         {u"#body ul.checklist > li"_s,
          {u"display: block"_s, u"position: relative"_s, u"padding-left: 1.5em"_s}},
         {u"#body ul.checklist > li > .chk"_s, {u"position: absolute"_s, u"left: 0"_s, u"top: 0"_s}},
+        {u"#title"_s, {u"max-height: 45%"_s, u"overflow-x: hidden"_s, u"overflow-y: auto"_s}},
     };
     return std::ranges::find(refinements, rule) != refinements.end();
 }

@@ -71,6 +71,22 @@ class TestCommandRow : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
+    /// What is typed after the link was given up belongs into the note.
+    void closedLinkRowGivesTheKeyboardBack()
+    {
+        Row row;
+        QSignalSpy focus(&row.view, &EditorWebView::focusRequested);
+        auto *field = row.item(u"linkField"_s);
+        QMetaObject::invokeMethod(row.item(u"link"_s), "clicked");
+        QVERIFY(field->parentItem()->isVisible());
+        field->setProperty("text", u"half an address"_s);
+        QMetaObject::invokeMethod(row.item(u"link"_s), "clicked");
+        QVERIFY(!field->parentItem()->isVisible());
+        QCOMPARE(focus.size(), 1);
+        QMetaObject::invokeMethod(row.item(u"link"_s), "clicked");
+        QCOMPARE(field->property("text").toString(), u"https://"_s); // a new link starts anew
+    }
+
     void commandsAreNamedAsTheEditorNamesThem()
     {
         const auto names = QMetaEnum::fromType<CommandKinds::CommandKind>();

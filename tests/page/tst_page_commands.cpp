@@ -80,9 +80,9 @@ void TestPageCommands::commandsInBody_data()
     row("divider", u"<p>mi|lk</p>"_s, Kind::divider, u"<p>mi</p><hr>|<p>lk</p>"_s);
     row("divider at the end", u"<p>milk|</p>"_s, Kind::divider, u"<p>milk</p><hr>|"_s);
     row("link", u"<p>a [milk] b</p>"_s, EditorCommand::link(u"https://example.org/"_s),
-        u"<p>a <a href=\"https://example.org/\">[milk]</a> b</p>"_s);
+        u"<p>a <a href=\"https://example.org/\">milk|</a> b</p>"_s);
     row("link without a selection", u"<p>a | b</p>"_s, EditorCommand::link(u"https://example.org/"_s),
-        u"<p>a <a href=\"https://example.org/\">[https://example.org/]</a> b</p>"_s);
+        u"<p>a <a href=\"https://example.org/\">https://example.org/|</a> b</p>"_s);
     row("link to a script is refused", u"<p>a [milk] b</p>"_s, EditorCommand::link(u"javascript:alert(1)"_s), u"<p>a [milk] b</p>"_s);
 
     row("checklist of a paragraph", u"<p>mi|lk</p>"_s, Kind::checkbox, u"<check><li>☐milk|</li></check>"_s);
@@ -98,6 +98,8 @@ void TestPageCommands::commandsInBody_data()
     row("item of a numbered list to checklist", u"<ol><li>milk</li><li>te|a</li></ol>"_s, Kind::checkbox,
         u"<ol><li>milk</li><check><li>☐tea|</li></check></ol>"_s);
 
+    row("numbered list goes on through its middle", u"<ol><li>a</li></ol><p>b|</p><ol><li>c</li></ol>"_s, Kind::numberedList,
+        u"<ol><li>a</li><li>b|</li><li>c</li></ol>"_s);
     row("bulleted list within a checklist", u"<check><li>☐milk</li><li.checked>☑te|a</li></check>"_s, Kind::bulletList,
         u"<check><li>☐milk</li></check><p>te|a</p>"_s);
     row("numbered list within a checklist", u"<check><li>☐milk</li><li.checked>☑te|a</li></check>"_s, Kind::numberedList,

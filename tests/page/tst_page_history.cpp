@@ -64,7 +64,7 @@ void TestPageHistory::everyEditCanBeTakenBack_data()
     row("divider in a checklist", u"<check><li>☐mi|lk</li></check>"_s, Kind::divider,
         u"<check><li>☐mi</li></check><hr><check><li>☐|lk</li></check>"_s);
     row("link", u"<p>a [milk] b</p>"_s, EditorCommand::link(u"https://example.org/"_s),
-        u"<p>a <a href=\"https://example.org/\">[milk]</a> b</p>"_s);
+        u"<p>a <a href=\"https://example.org/\">milk|</a> b</p>"_s);
 }
 
 void TestPageHistory::everyEditCanBeTakenBack()

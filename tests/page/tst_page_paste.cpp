@@ -76,6 +76,13 @@ void TestPagePaste::pasteIntoBody_data()
         u"<p>a<b>milk</b><img src=\"x\">|</p>"_s);
     row("over a selection", u"<p>a[b</p><p>c]d</p>"_s, {}, u"milk"_s, u"<p>amilk|d</p>"_s);
 
+    row("blanks at the ends of a piece", u"<p>|one</p>"_s, u"<span>two </span>"_s, u"two "_s, u"<p>two |one</p>"_s);
+    row("a table's rows are lines", u"|"_s, u"<table><tr><td><b>a</b></td><td>b</td></tr><tr><td>c</td><td>d</td></tr></table>"_s, u"a\tb\nc\td"_s,
+        u"<p><b>a</b> b</p><p>c d|</p>"_s);
+    row("foreign blocks are lines", u"|"_s, u"<h4>four</h4>after<blockquote>quote</blockquote><section>one</section><pre><b>x</b>\ny</pre>"_s, u"x"_s,
+        u"<p>four</p>after<p>quote</p><p>one</p><p><b>x</b><br>y|</p>"_s);
+    row("the clipboard's own break", u"<check><li>☐a|</li></check>"_s, u"<br class=\"Apple-interchange-newline\"><b>b</b>"_s, u"b"_s,
+        u"<check><li>☐a<b>b</b>|</li></check>"_s);
     row("text into a checklist item", u"<check><li>☐a|</li></check>"_s, {}, u"milk"_s, u"<check><li>☐amilk|</li></check>"_s);
     row("lines into a checklist item", u"<check><li>☐a|</li><li.checked>☑z</li></check>"_s, {}, u"milk\ntea"_s,
         u"<check><li>☐amilk</li><li>☐tea|</li><li.checked>☑z</li></check>"_s);

@@ -32,6 +32,9 @@ private Q_SLOTS:
     void linesAreParagraphs();
     void typingAfterLineBreakIsOnTheNewLine();
     void newItemTakesText();
+    void typingOverALineLeavesTheNextOne();
+    void formatsSwitchedOffStayOnWhatWasWritten();
+    void longTitleLeavesRoomForTheBody();
     void altFormatsText_data();
     void altFormatsText();
     void altGrTypes_data();
@@ -119,6 +122,36 @@ void TestPageTyping::newItemTakesText()
     m_page.press(Qt::Key_Return, Qt::ShiftModifier);
     m_page.type(u"end"_s);
     QTRY_COMPARE(m_page.body(), u"<check><li>☐milk</li><li>☐tea</li></check><p>end|</p>"_s);
+}
+
+/// What a triple click selects.
+void TestPageTyping::typingOverALineLeavesTheNextOne()
+{
+    m_page.load(u"<p>one</p><p>[two</p><p>]three</p>"_s);
+    m_page.type(u"Z"_s);
+    QTRY_COMPARE(m_page.body(), u"<p>one</p><p>Z|</p><p>three</p>"_s);
+}
+
+void TestPageTyping::formatsSwitchedOffStayOnWhatWasWritten()
+{
+    m_page.load(u"<p>a |</p>"_s);
+    m_page.run(EditorCommand::Kind::bold);
+    m_page.run(EditorCommand::Kind::italic);
+    m_page.type(u"both"_s);
+    m_page.run(EditorCommand::Kind::italic);
+    m_page.run(EditorCommand::Kind::bold);
+    m_page.type(u"plain"_s);
+    QTRY_VERIFY(m_page.text(u"bodyEl.textContent"_s).endsWith(u"bothplain"_s));
+    QCOMPARE(m_page.text(u"[...bodyEl.querySelectorAll('b')].map(e => e.textContent).join()"_s), u"both"_s);
+    QCOMPARE(m_page.text(u"[...bodyEl.querySelectorAll('i')].map(e => e.textContent).join()"_s), u"both"_s);
+}
+
+void TestPageTyping::longTitleLeavesRoomForTheBody()
+{
+    m_page.load(u"<p>|<br></p>"_s, QString(u"long title "_s).repeated(300));
+    m_page.type(u"body"_s);
+    QTRY_COMPARE(m_page.body(), u"<p>body|</p>"_s);
+    QVERIFY(m_page.js(u"bodyEl.clientHeight"_s).toInt() > 100);
 }
 
 void TestPageTyping::altFormatsText_data()

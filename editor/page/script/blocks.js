@@ -95,8 +95,9 @@ function moveToList(line, tag) {
     list.append(item);
     item.append(...(line.matches('p') ? line.childNodes : [line]));
   }
-  joinLists(list.previousElementSibling, list);
-  joinLists(list.parentElement ? list : null, list.nextElementSibling);
+  const upper = list.previousElementSibling;
+  const joined = joinLists(upper, list) ? upper : list;
+  joinLists(joined, joined.nextElementSibling);
 }
 
 // Takes the item into a new list of its own, between the items above and below it.
@@ -111,8 +112,9 @@ function partList(item, between) {
 }
 
 function joinLists(upper, lower) {
-  if (!upper || !lower || !upper.matches('ul, ol') || !isSameKind(upper, lower)) return;
-  if (upper.nextSibling !== lower && upper.nextElementSibling !== lower) return;
+  if (!upper || !lower || !upper.matches('ul, ol') || !isSameKind(upper, lower)) return false;
+  if (!isBlankText(textBetween(upper, lower))) return false;
   upper.append(...lower.childNodes);
   lower.remove();
+  return true;
 }

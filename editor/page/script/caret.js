@@ -122,6 +122,9 @@ function restoreSelection() {
     focusContentEditable(savedEl);
     return;
   }
+  const now = currentRange();
+  // Selected anew, the place would lose the format that was switched on for what is typed next.
+  if (now && now.compareBoundaryPoints(Range.START_TO_START, savedRange) === 0 && now.compareBoundaryPoints(Range.END_TO_END, savedRange) === 0) return;
   try {
     select(savedRange);
   } catch (error) {
@@ -151,6 +154,15 @@ function holdPlace(node, offset) {
 function releasePlace({ node, offset, side }) {
   if (side !== undefined) return [node.parentNode, [...node.parentNode.childNodes].indexOf(node) + side];
   return [node, Math.min(offset, node.nodeType === Node.ELEMENT_NODE ? node.childNodes.length : node.length)];
+}
+
+// A triple click selects a line up to the start of the next one, which typing would draw up.
+function leaveNextLineOut() {
+  const range = currentRange();
+  const next = range && !range.collapsed && elementOf(range.endContainer).closest(LINES);
+  if (!next || !bodyEl.contains(next) || next.contains(range.startContainer) || !endsAtStartOf(next, range)) return;
+  const selection = document.getSelection();
+  if (selection.focusNode === range.endContainer && selection.focusOffset === range.endOffset) selection.modify('extend', 'backward', 'character');
 }
 
 // A caret between the blocks, where the engine would make a line as it sees fit, goes into the line

@@ -103,8 +103,28 @@ function wrapInlineRuns(element) {
   }
 }
 
+// What is a line, or stands apart, in a foreign document becomes a div, and so a paragraph in a note.
+const FOREIGN_LINES = 'tr, h4, h5, h6, blockquote, section, article, header, footer, main, aside, nav, address, figure, figcaption, dl, dt, dd, pre, caption';
+
+function foreignBlocksAsLines(root) {
+  for (const mark of [...root.querySelectorAll('br[class$="interchange-newline"]')]) mark.remove(); // the clipboard's, not the text's
+  for (const cell of root.querySelectorAll('td, th')) if (cell.nextElementSibling) cell.append(' ');
+  for (const code of root.querySelectorAll('pre')) {
+    const texts = root.ownerDocument.createTreeWalker(code, NodeFilter.SHOW_TEXT);
+    const found = [];
+    while (texts.nextNode()) found.push(texts.currentNode);
+    for (const text of found) {
+      const lines = text.data.replace(/\n$/, '').split('\n');
+      text.replaceWith(...lines.flatMap((line, i) => (i ? [root.ownerDocument.createElement('br'), line] : [line])));
+    }
+  }
+  for (const block of [...root.querySelectorAll(FOREIGN_LINES)]) block.replaceWith(renamed(block, 'div'));
+  for (const holder of [...root.querySelectorAll('table, tbody, thead, tfoot, td, th')].reverse()) unwrap(holder);
+}
+
 function sanitizeLines(html) {
   const root = makeHarmless(parseInert(html));
+  foreignBlocksAsLines(root);
   linesAsParagraphs(root);
   cleanNode(root);
   return root.innerHTML;

@@ -41,6 +41,7 @@ function runCommand(name, value) {
   beginStep();
   sanitizeCurrentBody();
   if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value); else document.execCommand(name, false, value === undefined ? null : value);
+  if (name === 'createLink' && currentRange()) document.getSelection().collapseToEnd(); // typing goes on behind it
   tidyBody();
   saveSelection();
   notifyChange();

@@ -22,22 +22,22 @@ function takeOver(event, data, region) {
   if (!isBlankText(clean)) {
     event.preventDefault();
     if (!PASTED_MARKUP.test(clean) && plain) {
-      insertLines(plain, true);
+      insertLines(plain);
     } else {
       insertMarkup(sanitizeLines(html));
     }
   } else if (plain) {
     event.preventDefault();
-    insertLines(plain, false);
+    insertLines(plain);
   } else {
     return;
   }
   finishEdit();
 }
 
-function insertLines(plain, alwaysAsParagraphs) {
+function insertLines(plain) {
   const lines = plain.split(/\r?\n/);
-  if (lines.length === 1 && !alwaysAsParagraphs) {
+  if (lines.length === 1) { // as text, or the blanks at its ends would fall away
     document.execCommand('insertText', false, plain);
     return;
   }
@@ -50,7 +50,7 @@ function insertMarkup(html) {
   const range = currentRange();
   const item = range && blockAt(range.startContainer, LIST_BLOCKS);
   const lines = isChecklistItem(item) ? linesOf(parseInert(html)) : [];
-  if (lines.length > 1) {
+  if (lines.length) {
     insertItems(lines);
     return;
   }

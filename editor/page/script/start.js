@@ -32,15 +32,18 @@ function prepareInput(event) {
   isPlainTyping = event.inputType === 'insertText' && !isRange;
   if (onHistoryInput(event)) return;
   if (event.currentTarget === bodyEl && !event.isComposing) settleCaret();
+  if (event.currentTarget === bodyEl && event.inputType === 'insertText') leaveNextLineOut();
   const isTyping = event.inputType === 'insertText' || event.inputType === 'insertCompositionText';
   const isDeleting = event.inputType.startsWith('delete') && !isRange;
   if (event.isComposing && stepKind === 'typing') return; // one composed text is never parted
+  if (event.inputType === 'insertFromDrop' && isOwnDrag) return; // a step began where it was taken from
   if (!isDeleting || event.currentTarget === titleEl) beginStep(isTyping && !isRange ? 'typing' : isDeleting ? 'deleting' : null);
   if (isTyping) stepKind = 'typing';
 }
 
 function onInput(event) {
   if (event.currentTarget === bodyEl && !event.isComposing && (!isPlainTyping || isUntidyAtCaret())) tidyBody();
+  if (event.currentTarget === titleEl && !event.isComposing && titleEl.querySelector(STYLED)) keepingSelection(tidyTitle);
   isPlainTyping = false;
   markStepEnd();
   notifyThrottled();
@@ -72,6 +75,9 @@ document.addEventListener('dragover', event => {
 document.addEventListener('drop', event => {
   if (!regionOf(event.target)) event.preventDefault();
 });
+document.addEventListener('wheel', event => {
+  if (event.ctrlKey) event.preventDefault(); // the text size is the note's own
+}, { passive: false });
 window.addEventListener('blur', notifyPending);
 
 // A line is a paragraph: the engine's own choice, a div, is what cleaning unwraps.

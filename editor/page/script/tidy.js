@@ -35,7 +35,7 @@ function holdsLooseText() {
 }
 
 function tidyStyles() {
-  for (const span of bodyEl.querySelectorAll('span[style]:not(.chk)')) keepFormats(span);
+  for (const inline of bodyEl.querySelectorAll(`:is(span, font, ${FORMATS})[style]:not(.chk)`)) keepFormats(inline);
   for (const element of bodyEl.querySelectorAll('[style]')) element.removeAttribute('style');
   for (const element of bodyEl.querySelectorAll('[dir]')) element.removeAttribute('dir');
   for (const element of [...bodyEl.querySelectorAll('span:not(.chk), font')]) unwrap(element);
@@ -44,6 +44,11 @@ function tidyStyles() {
     linesAsParagraphs(bodyEl);
     for (const div of [...bodyEl.querySelectorAll('div')]) unwrap(div);
   }
+}
+
+function tidyTitle() {
+  for (const element of titleEl.querySelectorAll('[style]')) element.removeAttribute('style');
+  for (const element of [...titleEl.querySelectorAll('span, font')]) unwrap(element);
 }
 
 // Joining lines, the engine writes the formats of the moved text as styles. Those of a heading are
