@@ -138,6 +138,8 @@ void TestPageKeys::keysInBody_data()
         u"<check><li>☐milk</li><check><li.checked>☑oat|tea</li></check></check>"_s);
     row("Backspace below an item with a list in it", u"<ul><li>milk<ul><li>oat</li></ul></li><li>|tea</li></ul>"_s, Qt::Key_Backspace,
         u"<ul><li>milk<ul><li>oat|tea</li></ul></li></ul>"_s);
+    row("Backspace below an item with a heading", u"<check><li>☐<h2>milk</h2></li><li>☐|tea</li></check>"_s, Qt::Key_Backspace,
+        u"<check><li>☐<h2>milk|tea</h2></li></check>"_s);
     row("Backspace between two dividers", u"<p>milk</p><hr>|<hr><p>tea</p>"_s, Qt::Key_Backspace, u"<p>milk</p>|<hr><p>tea</p>"_s);
     row("Backspace onto an empty item", u"<check><li>☐<br></li><li.checked>☑|tea</li></check>"_s, Qt::Key_Backspace,
         u"<check><li>☐|tea</li></check>"_s);

@@ -239,11 +239,15 @@ function joinLine(upper, lower) {
   const nested = [...lower.children].filter(child => child.matches('ul, ol'));
   if (nested.length) lower.before(...nested);
   const content = [...lower.childNodes].filter(node => node.nodeName !== 'BR' || lower.childNodes.length > 1);
-  const end = upper === bodyEl ? ownListAtTop(ownList) : nestedListOf(upper);
-  const last = end ? end.previousSibling : upper.lastChild;
+  const below = upper === bodyEl ? ownListAtTop(ownList) : nestedListOf(upper);
+  const heading = upper.matches('li') && (below ? below.previousSibling : upper.lastChild);
+  const isHeading = Boolean(heading) && ['H1', 'H2', 'H3'].includes(heading.nodeName);
+  const target = isHeading ? heading : upper;
+  const end = isHeading ? null : below;
+  const last = end ? end.previousSibling : target.lastChild;
   if (last && last.nodeName === 'BR' && (content.length || last.previousSibling !== boxOf(upper))) last.remove(); // it only held the line open
   const mark = document.createTextNode('');
-  upper.insertBefore(mark, end);
+  target.insertBefore(mark, end);
   mark.after(...content);
   lower.remove();
   removeEmptyLists(ownList);
