@@ -331,6 +331,7 @@ void RichTextEditorCoordinator::take(const QUuid &noteID, const QString &html)
         return;
     for (RichTextEditorCoordinator *other : std::as_const(liveEditors()))
         other->learn(noteID, m_storedHTML);
+    qCDebug(editorLog) << "accepted" << m_storedHTML.size() << "characters";
     Q_EMIT change(noteID, m_storedHTML);
 }
 

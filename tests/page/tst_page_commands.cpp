@@ -93,6 +93,8 @@ void TestPageCommands::commandsInBody_data()
     row("checklist item to paragraph above its list", u"<check><li>☐milk</li><li.checked>☑te|a</li></check>"_s, Kind::checkbox,
         u"<p>tea|</p><check><li>☐milk</li></check>"_s);
     row("the only checklist item to paragraph", u"<check><li.checked>☑te|a</li></check>"_s, Kind::checkbox, u"<p>tea|</p>"_s);
+    row("checklist item with a heading to a heading above its list", u"<check><li>☐milk</li><li>☐<h2>te|a</h2></li></check>"_s, Kind::checkbox,
+        u"<h2>tea|</h2><check><li>☐milk</li></check>"_s);
     row("item of a bulleted list to checklist", u"<ul><li>milk</li><li>te|a</li></ul>"_s, Kind::checkbox,
         u"<check><li>milk</li><li>☐tea|</li></check>"_s);
     row("item of a numbered list to checklist", u"<ol><li>milk</li><li>te|a</li></ol>"_s, Kind::checkbox,

@@ -177,7 +177,7 @@ function settleCaret() {
   }
   if (holder !== range.startContainer || !holder.matches('#body, ul, ol')) return;
   const line = node => node && node.nodeType === Node.ELEMENT_NODE
-    && (node.matches('p, h1, h2, h3, li') ? node : node.matches('ul, ol') && node.querySelector('li'));
+    && (node.matches(LINES) ? node : node.matches('ul, ol') && node.querySelector('li'));
   const next = line(range.startContainer.childNodes[range.startOffset]);
   const last = line(range.startContainer.childNodes[range.startOffset - 1]);
   if (next) {

@@ -109,7 +109,7 @@ function keepPlainItems() {
 function toggleChecklist() {
   try {
     const node = anchorForToggle();
-    const block = blockAt(node, LINE_BLOCKS);
+    const block = lineAt(node);
     beginStep();
     if (!block) {
       const item = makeItem();

@@ -31,6 +31,12 @@ function blockAt(node, tags) {
   return null;
 }
 
+// The line that node is part of: the list item, with the heading in it, or else the nearest block.
+function lineAt(node) {
+  const item = blockAt(node, LIST_BLOCKS);
+  return item && item.tagName === 'LI' ? item : blockAt(node, LINE_BLOCKS);
+}
+
 function isBlankText(text) {
   return !text || text.trim() === '';
 }

@@ -38,12 +38,12 @@ function onBodyKey(event) {
   if (event.key !== 'Enter' || event.metaKey || event.ctrlKey || event.altKey) return;
   settleCaret();
   const { anchorNode } = document.getSelection();
-  const item = blockAt(anchorNode, LIST_BLOCKS);
-  const block = isChecklistItem(item) ? item : blockAt(anchorNode, LINE_BLOCKS);
-  if (isChecklistItem(block)) {
+  const line = lineAt(anchorNode);
+  const block = blockAt(anchorNode, LINE_BLOCKS);
+  if (isChecklistItem(line)) {
     event.preventDefault();
     beginStep();
-    if (event.shiftKey) leaveChecklist(block); else splitItem(block);
+    if (event.shiftKey) leaveChecklist(line); else splitItem(line);
     finishEdit();
   } else if (event.shiftKey) {
     // At the end of a block the engine holds the new line open with a second break. It stays:
@@ -144,14 +144,13 @@ function deleteAtLineStart(range) {
     keepingSelection(() => divider.remove());
     return true;
   }
-  const item = blockAt(range.startContainer, LIST_BLOCKS);
-  const line = item && item.tagName === 'LI' ? item : blockAt(range.startContainer, LINE_BLOCKS);
+  const line = lineAt(range.startContainer);
   if (!line || line === bodyEl || !isAtLineStart(line, range)) return false;
-  return line === item ? joinItemAbove(item) : joinLineAbove(line);
+  return line.tagName === 'LI' ? joinItemAbove(line) : joinLineAbove(line);
 }
 
 function joinItemAbove(item) {
-  const upper = neighbourItem(item, -1);
+  const upper = itemAbove(item);
   const isPlain = !isChecklistItem(item);
   if (isPlain && upper && upper === item.previousElementSibling && !nestedListOf(upper)) return false; // the engine joins these well
   if (upper) joinLine(upper, item);
@@ -176,7 +175,7 @@ function textBetween(upper, lower) {
 }
 
 function deleteAtLineEnd(range) {
-  const line = blockAt(range.startContainer, LINE_BLOCKS);
+  const line = lineAt(range.startContainer);
   if (!line || !isAtLineEnd(line, range)) return false;
   const lower = itemBelow(line, range);
   if (!lower) return false;

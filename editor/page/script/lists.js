@@ -10,10 +10,10 @@ function topList(item) {
   return list;
 }
 
-// The item before or after this one as they are read, across nested lists.
-function neighbourItem(item, step) {
+// The item before this one as they are read, across nested lists.
+function itemAbove(item) {
   const items = [...topList(item).querySelectorAll('li')];
-  return items[items.indexOf(item) + step] || null;
+  return items[items.indexOf(item) - 1] || null;
 }
 
 function removeEmptyLists(list) {
@@ -44,10 +44,7 @@ function indentItem(item) {
   const { previousElementSibling: before, nextElementSibling: after } = item;
   if (isSameKind(list, before)) {
     before.append(item);
-    if (isSameKind(list, after)) {
-      before.append(...after.childNodes);
-      after.remove();
-    }
+    joinLists(before, after);
   } else if (isSameKind(list, after)) {
     after.prepend(item);
   } else {

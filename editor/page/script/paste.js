@@ -10,28 +10,20 @@ function handlePaste(event) {
 function takeOver(event, data, region) {
   const html = data.getData('text/html');
   const plain = data.getData('text/plain');
-  beginStep();
   if (region === titleEl) {
     event.preventDefault();
     const text = (plain || html.replace(/<[^>]*>/g, '')).replace(/\n/g, ' ').trim();
+    beginStep();
     if (text) document.execCommand('insertText', false, text);
     notifyChange();
     return;
   }
   const clean = isBlankText(html) ? '' : sanitizeHTML(html);
-  if (!isBlankText(clean)) {
-    event.preventDefault();
-    if (!PASTED_MARKUP.test(clean) && plain) {
-      insertLines(plain);
-    } else {
-      insertMarkup(sanitizeLines(html));
-    }
-  } else if (plain) {
-    event.preventDefault();
-    insertLines(plain);
-  } else {
-    return;
-  }
+  const isMarkup = !isBlankText(clean) && (PASTED_MARKUP.test(clean) || !plain);
+  if (!isMarkup && !plain) return;
+  event.preventDefault();
+  beginStep();
+  if (isMarkup) insertMarkup(sanitizeLines(html)); else insertLines(plain);
   finishEdit();
 }
 
@@ -42,7 +34,7 @@ function insertLines(plain) {
     return;
   }
   const html = lines.map(line => (line === '' ? '<p><br></p>' : '<p>' + escapeHTML(line) + '</p>')).join('');
-  if (html) insertMarkup(html); else document.execCommand('insertText', false, plain);
+  insertMarkup(html);
 }
 
 // Cleaned markup, at the selection.
@@ -54,14 +46,9 @@ function insertMarkup(html) {
     insertItems(lines);
     return;
   }
-  const isBoxless = line => !boxOf(line);
-  const boxless = new Set([...bodyEl.querySelectorAll('ul.checklist > li')].filter(isBoxless));
+  // Cleaning has taken the boxes of pasted checklists; tidying gives each item one by its tick.
   document.execCommand('insertHTML', false, html);
   dropSpareBreak(blockAt(document.getSelection().anchorNode, LINE_BLOCKS));
-  // Cleaning has taken the boxes of pasted checklists; their items keep the ticks.
-  for (const line of bodyEl.querySelectorAll('ul.checklist > li')) {
-    if (isBoxless(line) && !boxless.has(line)) addBox(line);
-  }
 }
 
 // The lines of the markup, each as its inline nodes and whether it was ticked.
@@ -97,7 +84,7 @@ function insertItems(lines) {
   }
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
-  for (const spare of [...item.children].filter(child => child.nodeName === 'BR' && child === item.lastChild)) spare.remove();
+  if (item.lastChild && item.lastChild.nodeName === 'BR') item.lastChild.remove();
   item.append(...lines[0].nodes);
   ensureTypingTarget(item);
   let last = item;
@@ -110,7 +97,7 @@ function insertItems(lines) {
   const isSpare = rest.childNodes.length === 1 && rest.firstChild.nodeName === 'BR';
   const mark = document.createTextNode('');
   last.append(mark, ...(isSpare ? [] : rest.childNodes));
-  if (last.querySelector('br') && mark.previousSibling.nodeName === 'BR' && mark.nextSibling) mark.previousSibling.remove();
+  if (mark.previousSibling.nodeName === 'BR' && mark.nextSibling) mark.previousSibling.remove();
   placeCaretAtMark(mark);
 }
 
