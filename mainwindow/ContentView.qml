@@ -39,7 +39,7 @@ Window {
         PlainButton {
             objectName: "newNote"
             width: parent.width
-            text: L10n.newNote
+            text: L10n.newNoteHelp
             ink: "white"
             shade: "white"
             isLit: true

@@ -8,9 +8,15 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-QString pick(const QString &polish, const QString &english)
+QString pick(QStringView polish, QStringView english)
 {
-    return LanguageManager::shared().isPolish() ? polish : english;
+    return (LanguageManager::shared().isPolish() ? polish : english).toString();
+}
+
+/// "notatki" for 2 to 4 and "notatek" for every other number but 1: simpler than the grammar.
+QString polishNotes(int count)
+{
+    return QString::number(count) + (count >= 2 && count <= 4 ? u" notatki"_s : u" notatek"_s);
 }
 } // namespace
 
@@ -31,52 +37,50 @@ L10n *L10n::create(QQmlEngine *, QJSEngine *)
     return &shared();
 }
 
-QString L10n::newNote()
+#define PLIM_TEXT_READER(name, polish, english)                                                    \
+    QString L10n::name()                                                                           \
+    {                                                                                              \
+        return pick(polish, english);                                                              \
+    }
+PLIM_TEXTS(PLIM_TEXT_READER)
+#undef PLIM_TEXT_READER
+
+QString L10n::contentSelectedCount(int count)
 {
-    return pick(u"Nowa notatka"_s, u"New note"_s);
+    if (count == 1)
+        return pick(u"Zaznaczono 1 notatkę", u"1 note selected");
+    return pick(u"Zaznaczono "_s + polishNotes(count), QString::number(count) + u" notes selected"_s);
 }
 
-QString L10n::selectOrAddNote()
+QString L10n::deletedCount(int count)
 {
-    return pick(u"Wybierz lub dodaj notatkę"_s, u"Select or add a note"_s);
+    if (count == 1)
+        return pick(u"Usunięto notatkę", u"Note deleted");
+    return pick(u"Usunięto "_s + polishNotes(count), QString::number(count) + u" notes deleted"_s);
 }
 
-QString L10n::notesTab()
+QString L10n::menuRestoredMessage(const QString &file, const QString &date)
 {
-    return pick(u"NOTATKI"_s, u"NOTES"_s);
+    return pick(u"Przywrócono "_s + file + u" z "_s + date, u"Restored "_s + file + u" from "_s + date);
 }
 
-QString L10n::archiveTab()
+QString L10n::colorName(NoteColor color)
 {
-    return pick(u"ARCHIWUM"_s, u"ARCHIVE"_s);
-}
-
-QString L10n::noNotes()
-{
-    return pick(u"Brak notatek"_s, u"No notes"_s);
-}
-
-QString L10n::noContent()
-{
-    return pick(u"Brak treści"_s, u"No content"_s);
-}
-
-QString L10n::untitled()
-{
-    return pick(u"Bez tytułu"_s, u"Untitled"_s);
-}
-
-QString L10n::enterURL()
-{
-    return pick(u"Podaj adres URL"_s, u"Enter URL"_s);
-}
-
-QString L10n::insert()
-{
-    return pick(u"Wstaw"_s, u"Insert"_s);
-}
-
-QString L10n::cancel()
-{
-    return pick(u"Anuluj"_s, u"Cancel"_s);
+    switch (color) {
+    case NoteColor::red:
+        return red();
+    case NoteColor::orange:
+        return orange();
+    case NoteColor::yellow:
+        return yellow();
+    case NoteColor::green:
+        return green();
+    case NoteColor::blue:
+        return blue();
+    case NoteColor::purple:
+        return purple();
+    case NoteColor::brown:
+        return brown();
+    }
+    Q_UNREACHABLE();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "core/NoteColor.h"
+#include "shell/Texts.h"
+
 #include <QObject>
 #include <QString>
 #include <qqmlregistration.h>
@@ -7,35 +10,31 @@
 class QJSEngine;
 class QQmlEngine;
 
-/// Texts of the user interface, in the current language.
+/// Texts of the user interface, in the current language. Views bind to them as properties.
 class L10n : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QString newNote READ newNote NOTIFY changed)
-    Q_PROPERTY(QString selectOrAddNote READ selectOrAddNote NOTIFY changed)
-    Q_PROPERTY(QString notesTab READ notesTab NOTIFY changed)
-    Q_PROPERTY(QString archiveTab READ archiveTab NOTIFY changed)
-    Q_PROPERTY(QString noNotes READ noNotes NOTIFY changed)
-    Q_PROPERTY(QString enterURL READ enterURL NOTIFY changed)
-    Q_PROPERTY(QString insert READ insert NOTIFY changed)
-    Q_PROPERTY(QString cancel READ cancel NOTIFY changed)
+#define PLIM_TEXT_PROPERTY(name, polish, english) Q_PROPERTY(QString name READ name NOTIFY changed)
+    PLIM_TEXTS(PLIM_TEXT_PROPERTY)
+#undef PLIM_TEXT_PROPERTY
 
 public:
     [[nodiscard]] static L10n &shared();
     static L10n *create(QQmlEngine *, QJSEngine *);
 
-    [[nodiscard]] static QString newNote();
-    [[nodiscard]] static QString selectOrAddNote();
-    [[nodiscard]] static QString notesTab();
-    [[nodiscard]] static QString archiveTab();
-    [[nodiscard]] static QString noNotes();
-    [[nodiscard]] static QString noContent();
-    [[nodiscard]] static QString untitled();
-    [[nodiscard]] static QString enterURL();
-    [[nodiscard]] static QString insert();
-    [[nodiscard]] static QString cancel();
+#define PLIM_TEXT_READER(name, polish, english) [[nodiscard]] static QString name();
+    PLIM_TEXTS(PLIM_TEXT_READER)
+#undef PLIM_TEXT_READER
+
+    /// How many notes are ticked. Polish has one form for 2 to 4 and another for every other number.
+    [[nodiscard]] static QString contentSelectedCount(int count);
+    /// How many notes were just deleted.
+    [[nodiscard]] static QString deletedCount(int count);
+    /// "Restored notes.json.bak.1 from …".
+    [[nodiscard]] static QString menuRestoredMessage(const QString &file, const QString &date);
+    [[nodiscard]] static QString colorName(NoteColor color);
 
 Q_SIGNALS:
     void changed();

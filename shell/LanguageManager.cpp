@@ -40,3 +40,9 @@ void LanguageManager::setLanguage(AppLanguage language)
     Q_EMIT NotificationCenter::shared().plimLanguageChanged(language);
     Q_EMIT languageChanged();
 }
+
+void LanguageManager::chooseLanguage(const QString &rawValue)
+{
+    if (const auto language = appLanguageFromRawValue(rawValue))
+        setLanguage(*language);
+}

@@ -16,6 +16,7 @@ class LanguageManager : public QObject
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool isPolish READ isPolish NOTIFY languageChanged)
+    Q_PROPERTY(QString language READ languageRawValue NOTIFY languageChanged)
 
 public:
     [[nodiscard]] static LanguageManager &shared();
@@ -29,6 +30,8 @@ public:
     [[nodiscard]] AppLanguage language() const { return m_language; }
     /// Every assignment, also of the same value, is stored and announced.
     void setLanguage(AppLanguage language);
+    /// Views know a language by its raw value; any other text is ignored.
+    Q_INVOKABLE void chooseLanguage(const QString &rawValue);
 
     [[nodiscard]] bool isPolish() const { return m_language == AppLanguage::pl; }
 
@@ -36,5 +39,7 @@ Q_SIGNALS:
     void languageChanged();
 
 private:
+    [[nodiscard]] QString languageRawValue() const { return rawValue(m_language); }
+
     AppLanguage m_language;
 };
