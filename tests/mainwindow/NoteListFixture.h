@@ -54,6 +54,6 @@ struct NoteListFixture {
 {
     QStringList headings;
     for (int row = 0; row < model.rowCount(); ++row)
-        headings << model.index(row).data(NoteListModel::HeadingRole).toString();
+        headings << model.index(row).data(NoteListModel::TitleRole).toString();
     return headings.join(u' ');
 }

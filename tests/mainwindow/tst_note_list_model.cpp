@@ -2,6 +2,7 @@
 
 #include "core/NoteColor.h"
 #include "tests/core/Duration.h"
+#include "tests/mainwindow/ModelSpy.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -19,34 +20,6 @@ struct Fixture : NoteListFixture {
 
     NoteListModel model{store, selection};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
-};
-
-/// What a model has told of itself since.
-class ModelSpy : public QObject
-{
-public:
-    explicit ModelSpy(const NoteListModel &model)
-    {
-        connect(&model, &NoteListModel::rowsInserted, this,
-                [this](const QModelIndex &, int first, int last) {
-                    told << u"insert %1-%2"_s.arg(first).arg(last);
-                });
-        connect(&model, &NoteListModel::rowsRemoved, this,
-                [this](const QModelIndex &, int first, int last) {
-                    told << u"remove %1-%2"_s.arg(first).arg(last);
-                });
-        connect(&model, &NoteListModel::rowsMoved, this,
-                [this](const QModelIndex &, int first, int last, const QModelIndex &, int to) {
-                    told << u"move %1-%2 to %3"_s.arg(first).arg(last).arg(to);
-                });
-        connect(&model, &NoteListModel::dataChanged, this,
-                [this](const QModelIndex &first, const QModelIndex &last) {
-                    told << u"change %1-%2"_s.arg(first.row()).arg(last.row());
-                });
-        connect(&model, &NoteListModel::modelReset, this, [this] { told << u"reset"_s; });
-        connect(&model, &NoteListModel::layoutChanged, this, [this] { told << u"layout"_s; });
-    }
-    QStringList told;
 };
 
 using Operation = std::function<void(NoteListFixture &)>;
@@ -95,11 +68,31 @@ private Q_SLOTS:
         f.store.setNotes({note});
         const QModelIndex row = f.model.index(0);
         QCOMPARE(row.data(NoteListModel::NoteIDRole).toUuid(), note.id);
-        QCOMPARE(row.data(NoteListModel::HeadingRole).toString(), u"Fish & chips"_s);
+        QCOMPARE(row.data(NoteListModel::TitleRole).toString(), u"Fish & chips"_s);
         QCOMPARE(row.data(Qt::DisplayRole).toString(), u"Fish & chips"_s);
         QCOMPARE(row.data(NoteListModel::PreviewRole).toString(), u"one two"_s);
         QCOMPARE(row.data(NoteListModel::ColorRole).value<QColor>(), displayNoteColor(u"green"_s));
+        QCOMPARE(row.data(NoteListModel::ColorNameRole).toString(), u"green"_s);
+        QCOMPARE(row.data(NoteListModel::IsArchivedRole), QVariant(false));
+        QCOMPARE(row.data(NoteListModel::TitleMarkupRole), QVariant(QString()));
+        QCOMPARE(row.data(NoteListModel::PreviewMarkupRole), QVariant(QString()));
         QVERIFY(!row.data(Qt::DecorationRole).isValid());
+    }
+
+    void anArchivedNoteOfAnUnknownColour()
+    {
+        Fixture f(u"a"_s);
+        f.selection.setSelectedTab(SidebarTab::Archive);
+        Note note = f.store.notes()[0];
+        note.color = u"mauve"_s;
+        f.store.updateNote(note);
+        const QModelIndex row = f.model.index(0);
+        QCOMPARE(row.data(NoteListModel::ColorRole).value<QColor>(),
+                 displayColor(NoteColor::yellow));
+        QCOMPARE(row.data(NoteListModel::ColorNameRole).toString(), u"yellow"_s);
+        QCOMPARE(row.data(NoteListModel::IsArchivedRole), QVariant(true));
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        QCOMPARE(row.data(NoteListModel::ColorNameRole).toString(), u"żółty"_s);
     }
 
     void everyRoleHasAName()
@@ -107,9 +100,14 @@ private Q_SLOTS:
         const Fixture f;
         QCOMPARE(f.model.roleNames(),
                  (QHash<int, QByteArray>{{NoteListModel::NoteIDRole, "noteID"},
-                                         {NoteListModel::HeadingRole, "headingText"},
+                                         {NoteListModel::TitleRole, "titleText"},
+                                         {NoteListModel::TitleMarkupRole, "titleMarkup"},
                                          {NoteListModel::PreviewRole, "previewText"},
-                                         {NoteListModel::ColorRole, "noteColor"}}));
+                                         {NoteListModel::PreviewMarkupRole, "previewMarkup"},
+                                         {NoteListModel::TimestampRole, "timestampText"},
+                                         {NoteListModel::ColorRole, "noteColor"},
+                                         {NoteListModel::ColorNameRole, "colorName"},
+                                         {NoteListModel::IsArchivedRole, "isArchived"}}));
     }
 
     void everyNoteHasItsRow()
@@ -121,6 +119,59 @@ private Q_SLOTS:
         QCOMPARE(f.model.rowOf(QUuid()), -1);
         f.store.deleteNote(f.id(u"A"_s));
         QCOMPARE(f.model.rowOf(f.id(u"C"_s)), 0);
+        QCOMPARE(f.model.noteIDs(), QList{f.id(u"C"_s)});
+    }
+
+    // Whoever listens asks for rows while the list is changing.
+    void everyNoteHasItsRowAmidAChange()
+    {
+        Fixture f(u"A B C D E F"_s);
+        int asked = 0;
+        const auto check = [&] {
+            for (int row = 0; row < f.model.rowCount(); ++row, ++asked)
+                QCOMPARE(f.model.rowOf(f.model.noteIDs().at(row)), row);
+        };
+        connect(&f.model, &NoteListModel::rowsRemoved, this, check);
+        connect(&f.model, &NoteListModel::rowsInserted, this, check);
+        connect(&f.model, &NoteListModel::rowsAboutToBeMoved, this, check);
+        connect(&f.model, &NoteListModel::rowsMoved, this, check);
+        f.store.deleteNotes({f.id(u"A"_s), f.id(u"C"_s), f.id(u"E"_s)});
+        f.store.moveNoteToEnd(f.id(u"B"_s));
+        setArchived(f, true, {u"B"_s, u"D"_s});
+        f.store.addNote();
+        QCOMPARE(asked, 5 + 4 + 3 + 3 + 3 + 2 + 1 + 2);
+    }
+
+    void theTimesAreThoseOfTheClock()
+    {
+        NoteListFixture f(u"A"_s);
+        QDateTime now = f.store.notes()[0].updatedAt.toDateTime();
+        now.setTime(QTime(23, 30));
+        const QString today =
+            u"today, "_s + f.store.notes()[0].updatedAt.toDateTime().toString(u"HH:mm"_s);
+        NoteListModel model(f.store, f.selection, [&] { return now; });
+        const auto time = [&] {
+            return model.index(0).data(NoteListModel::TimestampRole).toString();
+        };
+        QCOMPARE(time(), today);
+        QSignalSpy changed(&model, &NoteListModel::dataChanged);
+        now = now.addSecs(60 * 60);
+        model.checkDay();
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed[0][0].toModelIndex().row(), 0);
+        QCOMPARE(changed[0][2].value<QList<int>>(), QList<int>{NoteListModel::TimestampRole});
+        QCOMPARE(time(), u"yesterday"_s);
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        QCOMPARE(changed.count(), 2);
+        QVERIFY(changed[1][2].value<QList<int>>().contains(NoteListModel::TimestampRole));
+        QCOMPARE(time(), u"wczoraj"_s);
+        now = now.addDays(1);
+        model.checkDay();
+        QCOMPARE(time(), u"1 sty"_s);
+        now = now.addYears(1);
+        model.checkDay();
+        QCOMPARE(changed.count(), 4);
+        QCOMPARE(time(), u"1 sty 01"_s);
     }
 
     void theListSaysExactlyWhatChanged_data()
@@ -219,7 +270,7 @@ private Q_SLOTS:
         Fixture f(u"A"_s);
         QCOMPARE(headings(f.model), u"A"_s);
         edit(f, u"A"_s, u"B"_s);
-        QCOMPARE(f.model.index(0).data(NoteListModel::HeadingRole).toString(), u"B"_s);
+        QCOMPARE(f.model.index(0).data(NoteListModel::TitleRole).toString(), u"B"_s);
         QCOMPARE(f.model.index(0).data(NoteListModel::PreviewRole).toString(), u"about B"_s);
         Note note = f.store.notes()[0];
         note.color = u"blue"_s;
@@ -260,10 +311,10 @@ private Q_SLOTS:
         Fixture f;
         f.store.addNote();
         const QModelIndex row = f.model.index(0);
-        QCOMPARE(row.data(NoteListModel::HeadingRole).toString(), u"Untitled"_s);
+        QCOMPARE(row.data(NoteListModel::TitleRole).toString(), u"Untitled"_s);
         QCOMPARE(row.data(NoteListModel::PreviewRole).toString(), u"No content"_s);
         LanguageManager::shared().setLanguage(AppLanguage::pl);
-        QCOMPARE(row.data(NoteListModel::HeadingRole).toString(), u"Bez tytułu"_s);
+        QCOMPARE(row.data(NoteListModel::TitleRole).toString(), u"Bez tytułu"_s);
         QCOMPARE(row.data(NoteListModel::PreviewRole).toString(), u"Brak treści"_s);
     }
 
@@ -296,7 +347,7 @@ private Q_SLOTS:
         NoteListModel model(f.store, f.selection);
         const auto readAll = [&] {
             for (int row = 0; row < model.rowCount(); ++row) {
-                (void)model.index(row).data(NoteListModel::HeadingRole);
+                (void)model.index(row).data(NoteListModel::TitleRole);
                 (void)model.index(row).data(NoteListModel::PreviewRole);
             }
         };

@@ -1,4 +1,7 @@
 #include "core/NoteColor.h"
+#include "core/String+HTML.h"
+#include "mainwindow/MarkedText.h"
+#include "mainwindow/TimestampFormat.h"
 #include "shell/L10n.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
@@ -11,10 +14,20 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// The clock of the list. The store has its own, which goes.
+QDateTime noon()
+{
+    static const QDateTime noon(QDate::currentDate(), QTime(12, 0));
+    return noon;
+}
+
 struct Row {
     QUuid id;
     QString heading;
+    QString titleMarkup;
     QString preview;
+    QString previewMarkup;
+    QString time;
     QColor color;
 
     [[nodiscard]] bool operator==(const Row &) const = default;
@@ -56,8 +69,11 @@ private:
     {
         const QModelIndex index = m_model.index(row);
         return {index.data(NoteListModel::NoteIDRole).toUuid(),
-                index.data(NoteListModel::HeadingRole).toString(),
+                index.data(NoteListModel::TitleRole).toString(),
+                index.data(NoteListModel::TitleMarkupRole).toString(),
                 index.data(NoteListModel::PreviewRole).toString(),
+                index.data(NoteListModel::PreviewMarkupRole).toString(),
+                index.data(NoteListModel::TimestampRole).toString(),
                 index.data(NoteListModel::ColorRole).value<QColor>()};
     }
     void readAll()
@@ -70,16 +86,34 @@ private:
     const NoteListModel &m_model;
 };
 
+bool isFound(const Note &note, const QString &query)
+{
+    const QStringList texts{note.headingText(), note.previewText(L10n::noContent()),
+                            slowStrippingHTML(note.body)};
+    return query.isEmpty() || std::ranges::any_of(texts, [&](const QString &text) {
+               return text.contains(query, Qt::CaseInsensitive);
+           });
+}
+
 /// The list as it should be, straight from the store.
-QList<Row> filtered(const NoteListFixture &f)
+QList<Row> filtered(const NoteListFixture &f, const QString &typed)
 {
     QList<Row> rows;
     for (const Note &note : f.store.notes()) {
-        if (note.isArchived != (f.selection.selectedTab() == SidebarTab::Archive))
+        if (note.isArchived != (f.selection.selectedTab() == SidebarTab::Archive) ||
+            !isFound(note, typed.trimmed()))
             continue;
         const QString heading = note.headingText();
-        rows << Row{note.id, heading.isEmpty() ? L10n::untitled() : heading,
-                    note.previewText(L10n::noContent()), displayNoteColor(note.color)};
+        const QString preview = note.previewText(L10n::noContent());
+        const SearchQuery query(typed);
+        const QColor hitColor(u"#ffd66b"_s);
+        rows << Row{note.id,
+                    heading.isEmpty() ? L10n::untitled() : heading,
+                    markedText(heading, query, hitColor),
+                    preview,
+                    markedText(preview, query, hitColor),
+                    TimestampFormat::text(note.updatedAt, noon()),
+                    displayNoteColor(note.color)};
     }
     return rows;
 }
@@ -88,13 +122,16 @@ QList<Row> filtered(const NoteListFixture &f)
 class RandomUser
 {
 public:
-    RandomUser(NoteListFixture &f, quint32 seed) : m_f(f), m_random(seed) {}
+    RandomUser(NoteListFixture &f, NoteListModel &model, quint32 seed)
+        : m_f(f), m_model(model), m_random(seed)
+    {
+    }
 
     /// Returns what was done.
     QString act()
     {
         const int size = int(m_f.store.notes().size());
-        switch (m_random.bounded(13)) {
+        switch (m_random.bounded(17)) {
         case 0:
         case 1:
         case 2:
@@ -133,6 +170,11 @@ public:
                 return u"nothing"_s;
             m_f.store.setNotes(otherNotes());
             return u"other notes, %1 before"_s.arg(size);
+        case 12:
+        case 13:
+        case 14:
+        case 15:
+            return search();
         default:
             if (m_random.bounded(4) == 0)
                 LanguageManager::shared().setLanguage(AppLanguage(m_random.bounded(2)));
@@ -172,6 +214,17 @@ private:
         m_f.store.updateNote(edited);
         return u"edit row %1"_s.arg(m_f.store.indexOf(edited.id));
     }
+    QString search()
+    {
+        // Notes are called by numbers, all previews have "about", and letters come and go.
+        static const QStringList texts{u""_s,           u" "_s,    u"1"_s,      u"12"_s,
+                                       u"123"_s,        u"7"_s,    u"7 "_s,     u"ABOUT 5"_s,
+                                       u"o"_s,          u"ot"_s,   u"other"_s,  u"restored"_s,
+                                       u"no content"_s, u"brak"_s, u"treści"_s, u"nowhere"_s};
+        const QString text = texts[m_random.bounded(int(texts.size()))];
+        m_model.setSearchText(text);
+        return u"search %1"_s.arg(text);
+    }
     /// Some notes are those before, with other texts; that is what a restored backup looks like.
     NoteArray otherNotes()
     {
@@ -188,6 +241,7 @@ private:
     }
 
     NoteListFixture &m_f;
+    NoteListModel &m_model;
     QRandomGenerator m_random;
 };
 } // namespace
@@ -214,14 +268,16 @@ private Q_SLOTS:
     {
         QFETCH(quint32, seed);
         NoteListFixture f(u"A b C d E"_s);
-        NoteListModel model(f.store, f.selection);
+        NoteListModel model(f.store, f.selection, &noon);
         const QAbstractItemModelTester tester(
             &model, QAbstractItemModelTester::FailureReportingMode::Fatal);
         const FaithfulView view(model);
-        RandomUser user(f, seed);
+        RandomUser user(f, model, seed);
         for (int step = 0; step < 1000; ++step) {
             const QString act = user.act();
-            const QList<Row> wanted = filtered(f);
+            const auto isComplete = [&] { return model.isSearchComplete(); };
+            QVERIFY(QTest::qWaitFor(isComplete));
+            const QList<Row> wanted = filtered(f, model.searchText());
             QVERIFY2(view.rows == wanted,
                      qPrintable(u"seed %1, step %2: %3"_s.arg(seed).arg(step).arg(act)));
             for (int row = 0; row < wanted.size(); ++row)
