@@ -121,6 +121,51 @@ void NoteStore::deleteNotes(const QSet<QUuid> &noteIDs)
     announce({.kind = NotesChange::Kind::Deleted, .ids = ids, .rows = rows});
 }
 
+QList<PlacedNote> NoteStore::placedNotes(const QSet<QUuid> &noteIDs) const
+{
+    QList<PlacedNote> notes;
+    for (const qsizetype row : rowsOf(noteIDs)) {
+        const QUuid nextID = row + 1 < m_notes.size() ? m_notes[row + 1].id : QUuid();
+        notes.append({.note = m_notes[row], .nextID = nextID, .row = row});
+    }
+    return notes;
+}
+
+void NoteStore::reinsertNotes(const QList<PlacedNote> &notes)
+{
+    // Which of the notes in the list each one goes before; a null id stands for the list's end.
+    QHash<QUuid, QUuid> followers;
+    QHash<QUuid, QList<Note>> arrivals;
+    QSet<QUuid> inserted;
+    // From the last one up: the note that follows may itself be one of those that come back.
+    for (auto placed = notes.crbegin(); placed != notes.crend(); ++placed) {
+        if (indexOf(placed->note.id) >= 0 || inserted.contains(placed->note.id))
+            continue;
+        QUuid follower = followers.value(placed->nextID, placed->nextID);
+        if (!follower.isNull() && indexOf(follower) < 0)
+            follower = placed->row < m_notes.size() ? m_notes[placed->row].id : QUuid();
+        followers.insert(placed->note.id, follower);
+        arrivals[follower].prepend(placed->note);
+        inserted.insert(placed->note.id);
+    }
+    if (inserted.isEmpty())
+        return;
+    NoteArray all;
+    const auto take = [&](const QUuid &follower) {
+        for (const Note &note : arrivals.take(follower))
+            all.append(note);
+    };
+    for (const Note &note : std::as_const(m_notes)) {
+        take(note.id);
+        all.append(note);
+    }
+    take(QUuid());
+    m_notes = std::move(all);
+    m_rowsAreStale = true;
+    const QList<qsizetype> rows = rowsOf(inserted);
+    announce({.kind = NotesChange::Kind::Inserted, .ids = idsAt(rows), .rows = rows});
+}
+
 void NoteStore::moveNote(const QUuid &noteID, const QUuid &targetID)
 {
     const qsizetype from = indexOf(noteID);

@@ -14,6 +14,15 @@
 #include <optional>
 #include <vector>
 
+/// A note and its place among the others, so that it can be put back.
+struct PlacedNote {
+    Note note;
+    QUuid nextID;      ///< of the note that followed it; null when it was the last one
+    qsizetype row = 0; ///< its row, for when that note is gone, too
+
+    [[nodiscard]] bool operator==(const PlacedNote &) const = default;
+};
+
 /// Owns every note and keeps them on disk. Changing notes and saving them are apart: whoever
 /// watches notesChanged() calls save(), and half a second after the last call a snapshot is written
 /// on the save queue. Everything here belongs to the main thread but that writing.
@@ -50,6 +59,11 @@ public:
     void setArchived(bool isArchived, const QSet<QUuid> &noteIDs);
     void deleteNote(const QUuid &noteID);
     void deleteNotes(const QSet<QUuid> &noteIDs);
+    /// The notes of the list with the ids, ascending, each with its place.
+    [[nodiscard]] QList<PlacedNote> placedNotes(const QSet<QUuid> &noteIDs) const;
+    /// Puts deleted notes back where they were, as they were; the list's order is that of
+    /// placedNotes(). A note that is there by now is left alone.
+    void reinsertNotes(const QList<PlacedNote> &notes);
     void moveNote(const QUuid &noteID, const QUuid &targetID); ///< to right before the target
     void moveNoteToEnd(const QUuid &noteID);
 

@@ -35,7 +35,10 @@ public:
     /// Gives the keyboard back to the attached editor.
     Q_INVOKABLE void focusEditor();
 
+    Q_INVOKABLE void requestLinkAtCaret() { Q_EMIT linkAtCaretReady({}); }
+
 Q_SIGNALS:
+    void linkAtCaretReady(const QString &address);
     void formatStateChanged();
 
 private:

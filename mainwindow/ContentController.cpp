@@ -1,12 +1,21 @@
 #include "mainwindow/ContentController.h"
 
 #include "core/NoteColor.h"
+#include "core/NotificationCenter.h"
+#include "mainwindow/DragOverlayManager.h"
+#include "shell/L10n.h"
+#include "sticky/WindowHolder.h"
 
+#include <QGuiApplication>
 #include <QTimer>
+
+#include <algorithm>
+#include <utility>
 
 namespace
 {
-constexpr double pagePadding = 24.0; ///< px
+constexpr double pagePadding = 50.0;      ///< px, keeps the text clear of the toolbar
+constexpr double typicalRowWidth = 340.0; ///< points
 
 /// px, the page's base font size.
 double bodyFontSize(NoteTextSize size)
@@ -25,21 +34,48 @@ double bodyFontSize(NoteTextSize size)
 }
 } // namespace
 
-ContentController::ContentController(NoteStore &store, SelectionManager &selection, QObject *parent)
-    : QObject(parent), m_store(store), m_selection(selection), m_notes(store, selection)
+ContentController::ContentController(NoteStore &store, SelectionManager &selection,
+                                     StickyNoteManager &stickyNotes, QObject *parent)
+    : QObject(parent), m_store(store), m_selection(selection), m_stickyNotes(stickyNotes),
+      m_notes(store, selection),
+      m_reordering([this] { return m_notes.noteIDs(); },
+                   [this] { return m_multiSelection.isSelectionMode(); }),
+      m_deletionUndo(store)
 {
     connect(&m_store, &NoteStore::notesChanged, this, &ContentController::follow);
     connect(&m_selection, &SelectionManager::selectedNoteIDChanged, this, [this] {
         if (selectedNote())
             setEditorWanted();
-        Q_EMIT editedNoteChanged();
-        Q_EMIT selectedRowChanged();
+        Q_EMIT
+        editedNoteChanged();
+        Q_EMIT
+        selectedRowChanged();
     });
-    connect(&m_selection, &SelectionManager::selectedTabChanged, this, &ContentController::selectedRowChanged);
+    connect(&m_selection, &SelectionManager::selectedTabChanged, this,
+            &ContentController::selectedRowChanged);
     for (const auto signal : {&NoteListModel::rowsInserted, &NoteListModel::rowsRemoved})
         connect(&m_notes, signal, this, &ContentController::selectedRowChanged);
     connect(&m_notes, &NoteListModel::rowsMoved, this, &ContentController::selectedRowChanged);
     connect(&m_notes, &NoteListModel::modelReset, this, &ContentController::selectedRowChanged);
+
+    connect(&m_multiSelection, &MultiSelection::selectedIDsChanged, this,
+            &ContentController::selectedCountTextChanged);
+    connect(&L10n::shared(), &L10n::changed, this, &ContentController::selectedCountTextChanged);
+    connect(&m_deletionUndo, &DeletionUndo::restored, this, &ContentController::takeBack);
+
+    connect(&m_reordering, &SidebarReordering::moveRequested, &m_store, &NoteStore::moveNote);
+    connect(&m_reordering, &SidebarReordering::moveToEndRequested, &m_store,
+            &NoteStore::moveNoteToEnd);
+    connect(m_reordering.state(), &SidebarDragState::draggedIDChanged, this,
+            &ContentController::placeCard);
+
+    auto &center = NotificationCenter::shared();
+    connect(&center, &NotificationCenter::plimSelectNote, this, &ContentController::showRequested);
+    connect(&center, &NotificationCenter::plimFocusSearch, this,
+            &ContentController::searchFocusRequested);
+    if (qGuiApp)
+        connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+                &ContentController::selectPending);
 }
 
 RichTextEditor ContentController::editedNote() const
@@ -65,32 +101,147 @@ QColor ContentController::paneColor() const
     return note ? displayNoteColor(note->color) : QColor();
 }
 
+QString ContentController::editedColor() const
+{
+    const Note *note = selectedNote();
+    return note ? note->color : QString();
+}
+
+QString ContentController::editedTextSize() const
+{
+    const Note *note = selectedNote();
+    return note ? rawValue(note->textSize) : QString();
+}
+
 int ContentController::selectedRow() const
 {
     const auto id = m_selection.selectedNoteID();
     return id ? m_notes.rowOf(*id) : -1;
 }
 
-void ContentController::addNote()
+QString ContentController::selectedCountText() const
 {
-    m_selection.setSelectedTab(SidebarTab::Notes);
-    m_selection.setSelectedNoteID(m_store.addNote());
+    return L10n::contentSelectedCount(m_multiSelection.selectedIDs().count());
+}
+
+void ContentController::selectTab(SidebarTab tab)
+{
+    m_multiSelection.end();
+    m_selection.setSelectedTab(tab);
+}
+
+void ContentController::selectNote(const QUuid &noteID)
+{
+    m_selection.setSelectedNoteID(noteID);
 }
 
 void ContentController::selectRow(int row)
 {
     const QModelIndex index = m_notes.index(row);
     if (index.isValid())
-        m_selection.setSelectedNoteID(index.data(NoteListModel::NoteIDRole).toUuid());
+        selectNote(index.data(NoteListModel::NoteIDRole).toUuid());
+}
+
+// An empty note matches no search; who adds one wants to see it in the list.
+void ContentController::addNote()
+{
+    selectTab(SidebarTab::Notes);
+    m_notes.setSearchText({});
+    m_selection.setSelectedNoteID(m_store.addNote());
+}
+
+void ContentController::archiveNote(const QUuid &noteID)
+{
+    if (const Note *note = m_store.note(noteID))
+        m_store.setArchived(!note->isArchived, {noteID});
+}
+
+void ContentController::deleteNote(const QUuid &noteID)
+{
+    deleteNotes({noteID});
+}
+
+void ContentController::makeSticky(const QUuid &noteID)
+{
+    m_stickyNotes.open(noteID, m_store, nullptr, std::nullopt);
+}
+
+void ContentController::makeAllSticky()
+{
+    m_stickyNotes.openAll(m_notes.noteIDs(), m_store, mainWindow());
+}
+
+void ContentController::moveNoteBy(const QUuid &noteID, int rows)
+{
+    if (m_multiSelection.isSelectionMode())
+        return;
+    QList<QUuid> others = m_notes.noteIDs();
+    const auto row = others.indexOf(noteID);
+    if (row < 0)
+        return;
+    others.removeAt(row);
+    const auto target = std::clamp<qsizetype>(row + rows, 0, others.size());
+    if (target == row)
+        return;
+    if (target < others.size())
+        m_store.moveNote(noteID, others[target]);
+    else
+        m_store.moveNoteToEnd(noteID);
+}
+
+void ContentController::selectAll()
+{
+    const QList<QUuid> noteIDs = m_notes.noteIDs();
+    m_multiSelection.setSelectedIDs({QSet<QUuid>(noteIDs.begin(), noteIDs.end())});
+}
+
+// What was to be done is done: the notes are in the other tab, and nothing there stays ticked.
+void ContentController::archiveSelection()
+{
+    const QSet<QUuid> noteIDs = m_multiSelection.selectedIDs().ids;
+    m_store.setArchived(m_selection.selectedTab() == SidebarTab::Notes, noteIDs);
+    if (!noteIDs.isEmpty())
+        m_multiSelection.end();
+}
+
+void ContentController::deleteSelection()
+{
+    const QSet<QUuid> noteIDs = m_multiSelection.selectedIDs().ids;
+    deleteNotes(noteIDs);
+    if (!noteIDs.isEmpty())
+        m_multiSelection.end();
 }
 
 void ContentController::applyEdit(const QUuid &noteID, const QString &html)
 {
     const Note *note = m_store.note(noteID);
-    if (!note)
+    if (!note) {
+        m_deletionUndo.applyEdit(noteID, html);
         return;
+    }
     Note edited = *note;
     edited.body = html;
+    m_store.updateNote(edited);
+}
+
+void ContentController::setEditedColor(const QString &rawValue)
+{
+    const Note *note = selectedNote();
+    if (!note || !noteColorFromRawValue(rawValue))
+        return;
+    Note edited = *note;
+    edited.color = rawValue;
+    m_store.updateNote(edited);
+}
+
+void ContentController::setEditedTextSize(const QString &rawValue)
+{
+    const Note *note = selectedNote();
+    const auto size = noteTextSizeFromRawValue(rawValue);
+    if (!note || !size)
+        return;
+    Note edited = *note;
+    edited.textSize = *size;
     m_store.updateNote(edited);
 }
 
@@ -104,14 +255,89 @@ void ContentController::prepareEditor()
 void ContentController::follow(const NotesChange &change)
 {
     m_store.save();
+    if (change.kind == NotesChange::Kind::Deleted || change.kind == NotesChange::Kind::Reset)
+        untickDeleted();
     const auto selected = m_selection.selectedNoteID();
     if (!selected)
         return;
     if (!selectedNote())
         m_selection.setSelectedNoteID(std::nullopt);
-    else if (change.kind == NotesChange::Kind::Reset
-             || (change.kind == NotesChange::Kind::Updated && change.ids.contains(*selected)))
-        Q_EMIT editedNoteChanged();
+    else if (change.kind == NotesChange::Kind::Reset ||
+             (change.kind == NotesChange::Kind::Updated && change.ids.contains(*selected)))
+        Q_EMIT
+    editedNoteChanged();
+}
+
+void ContentController::showRequested(const QUuid &noteID)
+{
+    const Note *note = m_store.note(noteID);
+    if (!note)
+        return;
+    showInItsTab(*note);
+    m_selection.setSelectedNoteID(noteID);
+    if (QWindow *window = mainWindow()) {
+        window->show();
+        window->raise();
+        window->requestActivate();
+    }
+}
+
+void ContentController::selectPending()
+{
+    auto &pending = WindowHolder::shared().pendingSelectedID;
+    if (!pending || !QGuiApplication::focusWindow())
+        return;
+    const auto noteID = std::exchange(pending, std::nullopt);
+    const Note *note = m_store.note(*noteID);
+    if (!note)
+        return;
+    showInItsTab(*note);
+    m_selection.setSelectedNoteID(noteID);
+}
+
+void ContentController::showInItsTab(const Note &note)
+{
+    selectTab(note.isArchived ? SidebarTab::Archive : SidebarTab::Notes);
+}
+
+void ContentController::deleteNotes(const QSet<QUuid> &noteIDs)
+{
+    const QList<PlacedNote> notes = m_store.placedNotes(noteIDs);
+    if (notes.isEmpty())
+        return;
+    const auto selected = m_selection.selectedNoteID();
+    m_deletedSelection = selected && noteIDs.contains(*selected) ? selected : std::nullopt;
+    m_deletionUndo.offer(notes);
+    m_store.deleteNotes(noteIDs);
+}
+
+void ContentController::untickDeleted()
+{
+    NoteIDSet ticked = m_multiSelection.selectedIDs();
+    ticked.ids.removeIf([this](const QUuid &noteID) { return !m_store.note(noteID); });
+    m_multiSelection.setSelectedIDs(ticked);
+}
+
+void ContentController::takeBack(const QList<QUuid> &noteIDs)
+{
+    const auto deleted = std::exchange(m_deletedSelection, std::nullopt);
+    if (deleted && noteIDs.contains(*deleted) && !m_selection.selectedNoteID())
+        m_selection.setSelectedNoteID(deleted);
+}
+
+void ContentController::placeCard()
+{
+    auto &card = DragOverlayManager::shared();
+    const auto draggedID = m_reordering.state()->draggedID();
+    if (!draggedID) {
+        card.hide();
+        return;
+    }
+    if (const Note *note = m_store.note(*draggedID)) {
+        const auto &frames = m_reordering.state()->rowFrames();
+        card.show(*note,
+                  frames.contains(*draggedID) ? frames[*draggedID].width() : typicalRowWidth);
+    }
 }
 
 void ContentController::setEditorWanted()
@@ -119,11 +345,17 @@ void ContentController::setEditorWanted()
     if (m_isEditorWanted)
         return;
     m_isEditorWanted = true;
-    Q_EMIT isEditorWantedChanged();
+    Q_EMIT
+    isEditorWantedChanged();
 }
 
 const Note *ContentController::selectedNote() const
 {
     const auto id = m_selection.selectedNoteID();
     return id ? m_store.note(*id) : nullptr;
+}
+
+QWindow *ContentController::mainWindow()
+{
+    return WindowHolder::shared().window;
 }

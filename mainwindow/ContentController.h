@@ -2,58 +2,114 @@
 
 #include "core/NoteStore.h"
 #include "editor/RichTextEditor.h"
+#include "mainwindow/DeletionUndo.h"
+#include "mainwindow/MultiSelection.h"
 #include "mainwindow/NoteListModel.h"
 #include "mainwindow/SelectionManager.h"
+#include "mainwindow/SidebarReordering.h"
+#include "sticky/StickyNoteManager.h"
 
 #include <QColor>
 #include <QObject>
+#include <QWindow>
 #include <qqmlregistration.h>
 
 /// The decisions of the main window: what its list and its editor show, and what a user's action
-/// does to the store and the selection.
+/// does to the store, the selection and the sticky windows.
 class ContentController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes one.")
     Q_PROPERTY(NoteListModel *notes READ notes CONSTANT)
+    Q_PROPERTY(MultiSelection *multiSelection READ multiSelection CONSTANT)
+    Q_PROPERTY(SidebarReordering *reordering READ reordering CONSTANT)
+    Q_PROPERTY(DeletionUndo *deletionUndo READ deletionUndo CONSTANT)
     Q_PROPERTY(RichTextEditor editedNote READ editedNote NOTIFY editedNoteChanged)
     Q_PROPERTY(bool hasEditedNote READ hasEditedNote NOTIFY editedNoteChanged)
     Q_PROPERTY(QColor paneColor READ paneColor NOTIFY editedNoteChanged)
+    Q_PROPERTY(QString editedColor READ editedColor NOTIFY editedNoteChanged)
+    Q_PROPERTY(QString editedTextSize READ editedTextSize NOTIFY editedNoteChanged)
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedRowChanged)
+    Q_PROPERTY(QString selectedCountText READ selectedCountText NOTIFY selectedCountTextChanged)
     Q_PROPERTY(bool isEditorWanted READ isEditorWanted NOTIFY isEditorWantedChanged)
 
 public:
-    ContentController(NoteStore &store, SelectionManager &selection, QObject *parent = nullptr);
+    ContentController(NoteStore &store, SelectionManager &selection,
+                      StickyNoteManager &stickyNotes = StickyNoteManager::shared(),
+                      QObject *parent = nullptr);
 
     [[nodiscard]] NoteListModel *notes() { return &m_notes; }
+    [[nodiscard]] MultiSelection *multiSelection() { return &m_multiSelection; }
+    [[nodiscard]] SidebarReordering *reordering() { return &m_reordering; }
+    [[nodiscard]] DeletionUndo *deletionUndo() { return &m_deletionUndo; }
+
     [[nodiscard]] RichTextEditor editedNote() const;
     [[nodiscard]] bool hasEditedNote() const;
     [[nodiscard]] QColor paneColor() const;
+    [[nodiscard]] QString editedColor() const;    ///< as the note stores it
+    [[nodiscard]] QString editedTextSize() const; ///< a NoteTextSize's raw value
     [[nodiscard]] int selectedRow() const;
+    [[nodiscard]] QString selectedCountText() const;
     /// The web engine is started when the first note is opened, or once the list is on screen and
     /// there is nothing else to do.
     [[nodiscard]] bool isEditorWanted() const { return m_isEditorWanted; }
 
-    Q_INVOKABLE void addNote();
+    // What the sidebar asks for
+    Q_INVOKABLE void selectTab(SidebarTabs::SidebarTab tab);
+    Q_INVOKABLE void selectNote(const QUuid &noteID);
     Q_INVOKABLE void selectRow(int row);
+    Q_INVOKABLE void addNote();
+    /// Archives the note, or restores it.
+    Q_INVOKABLE void archiveNote(const QUuid &noteID);
+    Q_INVOKABLE void deleteNote(const QUuid &noteID);
+    Q_INVOKABLE void makeSticky(const QUuid &noteID);
+    Q_INVOKABLE void makeAllSticky();
+    /// Moves the note by that many rows of the list, as far as it goes.
+    Q_INVOKABLE void moveNoteBy(const QUuid &noteID, int rows);
+
+    // What the selection panel asks for
+    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void archiveSelection();
+    Q_INVOKABLE void deleteSelection();
+
+    // What the editor pane asks for
     /// The editor reports a note's new HTML.
     Q_INVOKABLE void applyEdit(const QUuid &noteID, const QString &html);
+    Q_INVOKABLE void setEditedColor(const QString &rawValue);
+    Q_INVOKABLE void setEditedTextSize(const QString &rawValue);
+
     /// The list has been drawn.
     Q_INVOKABLE void prepareEditor();
 
 Q_SIGNALS:
     void editedNoteChanged();
     void selectedRowChanged();
+    void selectedCountTextChanged();
     void isEditorWantedChanged();
+    /// The keyboard is wanted in the search field.
+    void searchFocusRequested();
 
 private:
     void follow(const NotesChange &change);
+    void showRequested(const QUuid &noteID);
+    void selectPending();
+    void deleteNotes(const QSet<QUuid> &noteIDs);
+    void untickDeleted();
+    void takeBack(const QList<QUuid> &noteIDs);
+    void showInItsTab(const Note &note);
+    void placeCard();
     void setEditorWanted();
     [[nodiscard]] const Note *selectedNote() const;
+    [[nodiscard]] static QWindow *mainWindow();
 
     NoteStore &m_store;
     SelectionManager &m_selection;
+    StickyNoteManager &m_stickyNotes;
     NoteListModel m_notes;
+    MultiSelection m_multiSelection;
+    SidebarReordering m_reordering;
+    DeletionUndo m_deletionUndo;
+    std::optional<QUuid> m_deletedSelection; ///< was open in the editor when it was deleted
     bool m_isEditorWanted = false;
 };

@@ -4,138 +4,154 @@ import QtQuick
 import Plim.Editor
 import Plim.MainWindow
 import Plim.Shell
+import Plim.Sticky
 
-// The main window: the list of notes on the left, the selected note's editor on the right.
+// The main window: the sidebar on the left; on the right the editor, what can be done with the ticked
+// notes, or a word about how to begin.
 Window {
     id: root
 
     required property ContentController content
+    readonly property bool isMaximized: root.visibility === Window.Maximized || root.visibility === Window.FullScreen
+    readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
+    readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
-    width: 1100
-    height: 700
-    minimumWidth: 900
-    minimumHeight: 560
+    width: Theme.windowWidth
+    height: Theme.windowHeight
+    minimumWidth: Theme.minimumWindowWidth
+    minimumHeight: Theme.minimumWindowHeight
     title: "Plim"
-    color: "#24272d"
-
     onFrameSwapped: {
-        if (root.content.isEditorWanted)
-            return;
-        root.content.prepareEditor();
+        if (!root.content.isEditorWanted)
+            root.content.prepareEditor();
     }
 
-    EditorController {
-        id: editorController
+    WindowConfig {}
+    WindowState {
+        window: root
+    }
+    Shortcut {
+        sequence: "Ctrl+N"
+        onActivated: root.content.addNote()
+    }
+    Shortcut {
+        sequence: "Ctrl+F"
+        onActivated: root.content.searchFocusRequested()
+    }
+    Shortcut {
+        sequence: "Esc"
+        enabled: root.isSelectionMode && !sidebar.deleteDialog.opened && !deleteAllDialog.opened
+        onActivated: root.content.multiSelection.end()
     }
 
-    Column {
-        id: header
-
-        x: 12
-        y: 12
-        width: sidebar.width - 24
-        spacing: 10
-
-        PlainButton {
-            objectName: "newNote"
-            width: parent.width
-            text: L10n.newNoteHelp
-            ink: "white"
-            shade: "white"
-            isLit: true
-            onClicked: root.content.addNote()
-        }
-        Row {
-            spacing: 4
-
-            PlainButton {
-                objectName: "notesTab"
-                text: L10n.notesTab
-                ink: "white"
-                shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.Notes
-                onClicked: SelectionManager.selectedTab = SidebarTab.Notes
-            }
-            PlainButton {
-                objectName: "archiveTab"
-                text: L10n.archiveTab
-                ink: "white"
-                shade: "white"
-                isLit: SelectionManager.selectedTab === SidebarTab.Archive
-                onClicked: SelectionManager.selectedTab = SidebarTab.Archive
-            }
-        }
-    }
-
-    Item {
+    SidebarView {
         id: sidebar
 
-        anchors.left: parent.left
-        anchors.top: header.bottom
-        anchors.topMargin: 8
-        anchors.bottom: parent.bottom
-        width: Math.round(root.width * 0.4)
-
-        NoteList {
-            anchors.fill: parent
-            anchors.leftMargin: 12
-            anchors.rightMargin: 12
-            anchors.bottomMargin: 12
-            content: root.content
-        }
+        width: Math.round(root.width * Theme.sidebarShare)
+        height: parent.height
+        focus: true
+        content: root.content
+        onCloseRequested: root.close()
     }
 
-    Rectangle {
+    // Square where it meets the sidebar, round at the window's corners.
+    Item {
         id: pane
 
         anchors.left: sidebar.right
-        anchors.top: parent.top
         anchors.right: parent.right
-        anchors.bottom: parent.bottom
-        color: root.content.hasEditedNote ? root.content.paneColor : "#2e3239"
+        height: parent.height
+        clip: true
 
-        Text {
-            anchors.centerIn: parent
-            visible: !root.content.hasEditedNote
-            text: L10n.selectOrAddNote
-            color: "#c8ccd2"
-            font.family: "Outfit"
-            font.pixelSize: 16
-            font.weight: Font.DemiBold
+        Rectangle {
+            objectName: "paneGround"
+            x: -root.cornerRadius
+            width: parent.width + root.cornerRadius
+            height: parent.height
+            radius: root.cornerRadius
+            color: editorView.visible ? editorView.noteColor : Theme.emptyPane
+
+            Behavior on color {
+                ColorAnimation {
+                    duration: Theme.glideDuration
+                }
+            }
         }
-        CommandRow {
-            id: commands
-
-            x: 30 // where the page's text begins
-            y: 12
-            width: parent.width - 38
-            visible: root.content.hasEditedNote
-            controller: editorController
+        WindowDragArea {
+            objectName: "paneDragArea"
+            width: parent.width
+            height: editorView.visible ? Theme.editorTop : parent.height
         }
-        // The web engine's own module is loaded with this item, and not before.
-        Loader {
-            id: editor
+        EditorView {
+            id: editorView
 
-            objectName: "editor"
             anchors.fill: parent
-            anchors.topMargin: commands.y + commands.height + 10
-            anchors.leftMargin: 24
-            anchors.rightMargin: 8
-            active: root.content.isEditorWanted
-            visible: root.content.hasEditedNote
-            source: "qrc:/qt/qml/Plim/Editor/RichTextEditor.qml"
-            onLoaded: {
-                editor.item.controller = editorController;
-                editor.item.value = Qt.binding(() => root.content.editedNote);
+            visible: !root.isSelectionMode && root.content.hasEditedNote
+            noteColor: root.content.paneColor
+            isEditorWanted: root.content.isEditorWanted
+            value: root.content.editedNote
+            pickerJustClosed: popover.justClosed
+            onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
+            onShowColorPickerChanged: {
+                if (editorView.showColorPicker)
+                    popover.open();
+                else
+                    popover.visible = false;
             }
         }
-        Connections {
-            target: editor.item
-            ignoreUnknownSignals: true
+        SelectionPanel {
+            anchors.fill: parent
+            visible: root.isSelectionMode
+            countText: root.content.selectedCountText
+            count: root.content.multiSelection.selectedIDs.count
+            isArchive: SelectionManager.selectedTab === SidebarTab.Archive
+            onSelectAllRequested: root.content.selectAll()
+            onArchiveRequested: root.content.archiveSelection()
+            onDeleteRequested: deleteAllDialog.open()
+            onEndRequested: root.content.multiSelection.end()
+        }
+        EmptyPane {
+            anchors.fill: parent
+            visible: !root.isSelectionMode && !root.content.hasEditedNote
+        }
+        UndoBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: Theme.undoBarMargin
+            deletionUndo: root.content.deletionUndo
+        }
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: !root.isMaximized
+        radius: root.cornerRadius
+        color: "transparent"
+        border.width: Theme.hairlineWidth
+        border.color: Theme.hairline
+    }
+    ResizeEdges {
+        anchors.fill: parent
+        visible: !root.isMaximized
+    }
+    DeleteNotesDialog {
+        id: deleteAllDialog
 
-            function onEdited(noteID, html) {
-                root.content.applyEdit(noteID, html);
-            }
-        }
+        onConfirmed: root.content.deleteSelection()
+    }
+    NoteOptionsPopover {
+        id: popover
+
+        objectName: "noteOptionsPopover"
+        anchor: editorView.optionsAnchor
+        noteColor: root.content.editedColor
+        size: root.content.editedTextSize
+        onUpdate: color => root.content.setEditedColor(color)
+        onSizeChange: size => root.content.setEditedTextSize(size)
+        onClosed: editorView.showColorPicker = false
+    }
+    HelpTipWindow {}
+    Loader {
+        active: DragOverlayManager.isWanted
+        source: "DragOverlay.qml"
     }
 }

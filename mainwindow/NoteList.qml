@@ -1,98 +1,229 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 import Plim.MainWindow
 import Plim.Shell
+import Plim.Sticky
 
-// The notes of the selected tab: a colour marker, heading and preview each.
-ListView {
+// The rows of the list, by mouse, wheel and keyboard.
+FocusScope {
     id: root
 
     required property ContentController content
+    readonly property alias list: list
+    readonly property alias count: list.count
 
-    objectName: "noteList"
-    model: root.content.notes
-    clip: true
-    spacing: 2
-    boundsBehavior: Flickable.StopAtBounds
-    currentIndex: root.content.selectedRow
-    highlightMoveDuration: 0
-    reuseItems: true
-    Accessible.role: Accessible.List
-    Accessible.name: SelectionManager.selectedTab === SidebarTab.Archive ? L10n.archiveTab : L10n.notesTab
+    signal deleteRequested(noteID: string)
 
-    delegate: Rectangle {
-        id: row
+    // Brings the keyboard to the row that is open in the editor, else to the first.
+    function enter(): void {
+        if (list.currentIndex < 0)
+            list.currentIndex = Math.max(0, root.content.selectedRow);
+        list.forceActiveFocus(Qt.TabFocusReason);
+    }
+    function showRow(row: int): void {
+        if (row < 0)
+            return;
+        list.currentIndex = row;
+        list.positionViewAtIndex(row, ListView.Contain);
+    }
 
-        required property int index
-        required property string headingText
-        required property string previewText
-        required property color noteColor
-        readonly property bool isSelected: ListView.isCurrentItem
+    Connections {
+        target: SelectionManager
 
-        width: ListView.view.width
-        height: 58
-        radius: 8
-        color: Qt.rgba(1, 1, 1, row.isSelected ? 0.16 : hover.hovered ? 0.07 : 0)
-        Accessible.role: Accessible.ListItem
-        Accessible.name: row.headingText + ", " + row.previewText
-        Accessible.selected: row.isSelected
-        Accessible.onPressAction: root.content.selectRow(row.index)
-
-        HoverHandler {
-            id: hover
-        }
-        TapHandler {
-            onTapped: root.content.selectRow(row.index)
-        }
-        Rectangle {
-            id: marker
-
-            x: 10
-            anchors.verticalCenter: parent.verticalCenter
-            width: 4
-            height: 34
-            radius: 2
-            color: row.noteColor
-        }
-        Column {
-            anchors.left: marker.right
-            anchors.leftMargin: 10
-            anchors.right: parent.right
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 3
-
-            Text {
-                width: parent.width
-                text: row.headingText
-                textFormat: Text.PlainText
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                color: "white"
-                font.family: "Outfit"
-                font.pixelSize: 15
-                font.weight: Font.DemiBold
-            }
-            Text {
-                width: parent.width
-                text: row.previewText
-                textFormat: Text.PlainText
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                color: "#c8ccd2"
-                font.family: "Outfit"
-                font.pixelSize: 13
-            }
+        function onSelectedNoteIDChanged() {
+            root.showRow(root.content.selectedRow);
         }
     }
 
-    Text {
-        anchors.centerIn: parent
-        visible: root.count === 0
-        text: L10n.noNotes
-        color: "#c8ccd2"
-        font.family: "Outfit"
-        font.pixelSize: 14
+    ListView {
+        id: list
+
+        readonly property NoteRow currentRow: list.currentItem as NoteRow
+        readonly property int rowsPerPage: Math.max(1, Math.floor(list.height / Theme.rowHeight) - 1)
+
+        // Which note is at that height of the content; none is an empty text.
+        function noteAt(y: real): string {
+            const row = list.itemAt(list.width / 2, y) as NoteRow;
+            return row ? row.noteID : "";
+        }
+        function scrollBy(distance: real): void {
+            const top = list.originY;
+            const bottom = Math.max(top, top + list.contentHeight - list.height);
+            list.contentY = Math.max(top, Math.min(bottom, list.contentY + distance));
+        }
+        function moveCurrent(rows: int): void {
+            if (list.currentRow)
+                root.content.moveNoteBy(list.currentRow.noteID, rows);
+        }
+
+        objectName: "noteList"
+        anchors.fill: parent
+        focus: true
+        activeFocusOnTab: true
+        model: root.content.notes
+        clip: true
+        interactive: false // a drag moves a note, not the list
+        keyNavigationEnabled: true
+        currentIndex: -1
+        highlightFollowsCurrentItem: true
+        highlightMoveDuration: Theme.hoverDuration
+        highlightMoveVelocity: -1
+        highlightResizeDuration: 0
+        boundsBehavior: Flickable.StopAtBounds
+        reuseItems: true
+        cacheBuffer: 4 * Theme.rowHeight
+        Accessible.role: Accessible.List
+        Accessible.name: SelectionManager.selectedTab === SidebarTab.Archive ? L10n.archiveTab : L10n.notesTab
+        T.ScrollBar.vertical: ListScrollBar {}
+
+        Keys.onPressed: event => {
+            const isAlt = event.modifiers & Qt.AltModifier;
+            event.accepted = true;
+            if (event.key === Qt.Key_Up && isAlt)
+                list.moveCurrent(-1);
+            else if (event.key === Qt.Key_Down && isAlt)
+                list.moveCurrent(1);
+            else if (event.key === Qt.Key_Home)
+                list.currentIndex = Math.min(0, list.count - 1);
+            else if (event.key === Qt.Key_End)
+                list.currentIndex = list.count - 1;
+            else if (event.key === Qt.Key_PageUp)
+                list.currentIndex = Math.max(Math.min(0, list.count - 1), list.currentIndex - list.rowsPerPage);
+            else if (event.key === Qt.Key_PageDown)
+                list.currentIndex = Math.min(list.count - 1, list.currentIndex + list.rowsPerPage);
+            else if (!list.currentRow)
+                event.accepted = false;
+            else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+                list.currentRow.activate();
+            else if (event.key === Qt.Key_Space && root.content.multiSelection.isSelectionMode)
+                list.currentRow.selectionToggled();
+            else if (event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace)
+                root.deleteRequested(list.currentRow.noteID);
+            else
+                event.accepted = false;
+        }
+
+        move: Transition {
+            NumberAnimation {
+                property: "y"
+                duration: Theme.glideDuration
+                easing.type: Easing.OutCubic
+            }
+        }
+        moveDisplaced: Transition {
+            NumberAnimation {
+                property: "y"
+                duration: Theme.glideDuration
+                easing.type: Easing.OutCubic
+            }
+        }
+
+        delegate: NoteRow {
+            id: row
+
+            required property int index
+
+            objectName: "noteRow"
+            width: list.width
+            isSelected: row.noteID === SelectionManager.selectedNoteID
+            isSticky: StickyNoteManager.activeNoteIDs.contains(row.noteID)
+            isDragging: row.isReordering && root.content.reordering.state.draggedID === row.noteID
+            isReordering: root.content.reordering.state.isDragging
+            isSelectionMode: root.content.multiSelection.isSelectionMode
+            isCheckmarked: root.content.multiSelection.selectedIDs.contains(row.noteID)
+            showTopLine: root.content.reordering.topLineID === row.noteID
+            showBottomLine: root.content.reordering.bottomLineID === row.noteID
+            hasKeyboard: list.activeFocus && ListView.isCurrentItem && InputModality.isKeyboard
+            // A row that left the list may be kept for later, and would go on being drawn.
+            ListView.onPooled: row.visible = false
+            ListView.onReused: row.visible = true
+            onSelected: {
+                list.currentIndex = row.index;
+                root.content.selectNote(row.noteID);
+            }
+            onSelectionToggled: {
+                list.currentIndex = row.index;
+                root.content.multiSelection.toggleSelection(row.noteID);
+            }
+            onArchiveRequested: root.content.archiveNote(row.noteID)
+            onStickyRequested: root.content.makeSticky(row.noteID)
+            onDeleteRequested: root.deleteRequested(row.noteID)
+        }
+    }
+    WheelHandler {
+        target: null
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: event => {
+            const pixels = event.pixelDelta.y;
+            list.scrollBy(pixels !== 0 ? -pixels : -event.angleDelta.y / 120 * Theme.wheelStep);
+        }
+    }
+    // On the list and not on its rows: the row that is dragged may scroll out of sight.
+    DragHandler {
+        id: gesture
+
+        property string noteID: ""
+        property point start
+        readonly property point location: Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY)
+
+        function follow(): void {
+            if (!gesture.active || gesture.noteID === "")
+                return;
+            root.content.reordering.layOutRows(list.originY, Theme.rowHeight, list.width);
+            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location);
+            DragOverlayManager.corner = list.contentItem.mapToGlobal(root.content.reordering.cardCorner());
+        }
+
+        target: null
+        dragThreshold: Theme.dragThreshold
+        acceptedButtons: Qt.LeftButton
+        grabPermissions: PointerHandler.CanTakeOverFromHandlersOfDifferentType | PointerHandler.ApprovesTakeOverByHandlersOfDifferentType
+        onActiveChanged: {
+            if (gesture.active) {
+                const pressed = gesture.centroid.pressPosition;
+                gesture.start = Qt.point(pressed.x, pressed.y + list.contentY);
+                gesture.noteID = list.noteAt(gesture.start.y);
+                gesture.follow();
+            } else {
+                gesture.noteID = "";
+                root.content.reordering.endDrag();
+            }
+        }
+        onCentroidChanged: gesture.follow()
+        onCanceled: root.content.reordering.cancelDrag()
+    }
+    Connections {
+        target: list
+        enabled: gesture.active
+
+        function onContentYChanged() {
+            gesture.follow();
+        }
+    }
+    Connections {
+        target: root.content.notes
+        enabled: gesture.active
+
+        function onLayoutChanged() {
+            gesture.follow();
+        }
+        function onRowsInserted() {
+            gesture.follow();
+        }
+        function onRowsRemoved() {
+            gesture.follow();
+        }
+    }
+    // A note held near the list's edge scrolls it, the faster the nearer.
+    FrameAnimation {
+        running: gesture.active && gesture.noteID !== "" && speed !== 0
+
+        readonly property real fromTop: gesture.centroid.position.y
+        readonly property real fromBottom: list.height - gesture.centroid.position.y
+        readonly property real speed: fromTop < Theme.scrollEdge ? -(Theme.scrollEdge - Math.max(0, fromTop)) : fromBottom < Theme.scrollEdge ? Theme.scrollEdge - Math.max(0, fromBottom) : 0
+
+        onTriggered: list.scrollBy(speed * frameTime * Theme.scrollSpeed)
     }
 }

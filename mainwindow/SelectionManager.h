@@ -17,8 +17,9 @@ class SelectionManager : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QUuid selectedNoteID READ selectedNoteIDOrNull NOTIFY selectedNoteIDChanged)
-    Q_PROPERTY(SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(QString selectedNoteID READ selectedNoteIDText NOTIFY selectedNoteIDChanged)
+    Q_PROPERTY(SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY
+                   selectedTabChanged)
 
 public:
     [[nodiscard]] static SelectionManager &shared();
@@ -37,7 +38,10 @@ Q_SIGNALS:
     void selectedTabChanged();
 
 private:
-    [[nodiscard]] QUuid selectedNoteIDOrNull() const { return m_selectedNoteID.value_or(QUuid()); }
+    [[nodiscard]] QString selectedNoteIDText() const
+    {
+        return m_selectedNoteID.value_or(QUuid()).toString();
+    }
 
     std::optional<QUuid> m_selectedNoteID;
     SidebarTab m_selectedTab = SidebarTab::Notes;

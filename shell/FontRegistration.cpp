@@ -36,8 +36,7 @@ QString findFace(const QString &name)
     if (const QString path = resources + u'/' + file; QFile::exists(path))
         return path;
     logFile(u"try Bundle.main Fonts/"_s);
-    QStringList candidates{resources + u"/Fonts/"_s + file,
-                           Bundle::path() + u"/../Fonts/"_s + file,
+    QStringList candidates{resources + u"/Fonts/"_s + file, Bundle::path() + u"/../Fonts/"_s + file,
                            Bundle::path() + u"/../../Fonts/"_s + file,
                            QDir::currentPath() + u"/Fonts/"_s + file};
     if (const QString source = Bundle::sourceDirectory(); !source.isEmpty())
@@ -69,8 +68,8 @@ void registerFace(const QString &name)
 
 void registerOutfitFonts()
 {
-    logFile(u"register start Bundle.main="_s + Bundle::path() + u" exec="_s
-            + QCoreApplication::applicationFilePath());
+    logFile(u"register start Bundle.main="_s + Bundle::path() + u" exec="_s +
+            QCoreApplication::applicationFilePath());
     for (const QString &name : outfitFaces)
         registerFace(name);
     for (const QString &family : QFontDatabase::families()) {

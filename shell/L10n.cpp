@@ -49,7 +49,8 @@ QString L10n::contentSelectedCount(int count)
 {
     if (count == 1)
         return pick(u"Zaznaczono 1 notatkę", u"1 note selected");
-    return pick(u"Zaznaczono "_s + polishNotes(count), QString::number(count) + u" notes selected"_s);
+    return pick(u"Zaznaczono "_s + polishNotes(count),
+                QString::number(count) + u" notes selected"_s);
 }
 
 QString L10n::deletedCount(int count)
@@ -61,7 +62,8 @@ QString L10n::deletedCount(int count)
 
 QString L10n::menuRestoredMessage(const QString &file, const QString &date)
 {
-    return pick(u"Przywrócono "_s + file + u" z "_s + date, u"Restored "_s + file + u" from "_s + date);
+    return pick(u"Przywrócono "_s + file + u" z "_s + date,
+                u"Restored "_s + file + u" from "_s + date);
 }
 
 QString L10n::colorName(NoteColor color)

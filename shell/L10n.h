@@ -28,7 +28,8 @@ public:
     PLIM_TEXTS(PLIM_TEXT_READER)
 #undef PLIM_TEXT_READER
 
-    /// How many notes are ticked. Polish has one form for 2 to 4 and another for every other number.
+    /// How many notes are ticked. Polish has one form for 2 to 4 and another for every other
+    /// number.
     [[nodiscard]] static QString contentSelectedCount(int count);
     /// How many notes were just deleted.
     [[nodiscard]] static QString deletedCount(int count);

@@ -20,6 +20,7 @@
 Q_IMPORT_QML_PLUGIN(Plim_EditorPlugin)
 Q_IMPORT_QML_PLUGIN(Plim_MainWindowPlugin)
 Q_IMPORT_QML_PLUGIN(Plim_ShellPlugin)
+Q_IMPORT_QML_PLUGIN(Plim_StickyPlugin)
 
 using namespace Qt::StringLiterals;
 
@@ -80,7 +81,6 @@ void PlimApp::show()
                                                     : qobject_cast<QWindow *>(m_engine.rootObjects().constFirst());
     if (!window)
         qFatal("the main window could not be made");
-    WindowHolder::shared().window = window;
     window->show();
     appear();
 }

@@ -152,6 +152,78 @@ private Q_SLOTS:
                  NotesChange{.kind = NotesChange::Kind::Deleted, .ids = {d}, .rows = {2}}));
     }
 
+    void deletedNotesComeBackWhereTheyWere_data()
+    {
+        QTest::addColumn<QString>("deleted");
+        QTest::addColumn<QString>("meanwhile"); ///< what else happens before they come back
+        QTest::addColumn<QString>("order");
+        const auto row = [](const char *name, const QString &deleted, const QString &meanwhile,
+                            const QString &order) {
+            QTest::newRow(name) << deleted << meanwhile << order;
+        };
+        row("one", u"C"_s, {}, u"ABCDEF"_s);
+        row("the first", u"A"_s, {}, u"ABCDEF"_s);
+        row("the last", u"F"_s, {}, u"ABCDEF"_s);
+        row("several", u"BDE"_s, {}, u"ABCDEF"_s);
+        row("the last two", u"EF"_s, {}, u"ABCDEF"_s);
+        row("all", u"ABCDEF"_s, {}, u"ABCDEF"_s);
+        row("a new note on top", u"BC"_s, u"new"_s, u"+ABCDEF"_s);
+        row("the others in another order", u"C"_s, u"D to the end"_s, u"ABEFCD"_s);
+        row("the follower is gone as well", u"B"_s, u"delete C"_s, u"ABDEF"_s);
+        row("nobody is left", u"ABCDE"_s, u"delete F"_s, u"ABCDE"_s);
+    }
+    void deletedNotesComeBackWhereTheyWere()
+    {
+        QFETCH(QString, deleted);
+        QFETCH(QString, meanwhile);
+        Fixture f(6);
+        const auto idOf = [&](QChar heading) { return f.id(f.order().indexOf(heading)); };
+        QSet<QUuid> ids;
+        for (const QChar heading : deleted)
+            ids.insert(idOf(heading));
+        const NoteArray before = f.store.notes();
+        const QList<PlacedNote> placed = f.store.placedNotes(ids);
+        QCOMPARE(placed.size(), deleted.size());
+        f.store.deleteNotes(ids);
+        QCOMPARE(f.store.notes().size(), before.size() - deleted.size());
+        if (meanwhile == "new"_L1) {
+            Note note = *f.store.note(f.store.addNote());
+            note.body = u"<h1>+</h1>"_s;
+            f.store.updateNote(note);
+        } else if (meanwhile == "D to the end"_L1) {
+            f.store.moveNoteToEnd(idOf(u'D'));
+        } else if (meanwhile.startsWith("delete"_L1)) {
+            f.store.deleteNote(idOf(meanwhile.back()));
+        }
+        f.now = {2000};
+        const ChangeSpy spy(f.store);
+        f.store.reinsertNotes(placed);
+        QTEST(f.order(), "order");
+        for (const PlacedNote &note : placed)
+            QCOMPARE(*f.store.note(note.note.id), note.note); // also its dates
+        QCOMPARE(spy.changes.size(), 1U);
+        const NotesChange &change = spy.changes.front();
+        QCOMPARE(int(change.kind), int(NotesChange::Kind::Inserted));
+        QCOMPARE(change.rows.size(), deleted.size());
+        for (qsizetype i = 0; i < change.rows.size(); ++i)
+            QCOMPARE(f.id(change.rows[i]), change.ids[i]);
+    }
+
+    void aNoteThatIsThereIsNotPutBack()
+    {
+        Fixture f;
+        const QList<PlacedNote> placed = f.store.placedNotes({f.id(0), f.id(1)});
+        const ChangeSpy spy(f.store);
+        f.store.reinsertNotes(placed);
+        QCOMPARE(f.order(), u"ABC"_s);
+        QVERIFY(spy.changes.empty());
+        f.store.deleteNote(f.id(1));
+        f.store.reinsertNotes(placed);
+        f.store.reinsertNotes(placed);
+        QCOMPARE(f.order(), u"ABC"_s);
+        QCOMPARE(spy.changes.size(), 2U);
+    }
+
     void moving_data()
     {
         QTest::addColumn<int>("from");

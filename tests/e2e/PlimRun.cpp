@@ -11,11 +11,11 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr int patience = 30'000; // ms
-const QPoint newNoteButton(200, 27);
+const QPoint newNoteButton(415, 24);
 
 QPoint rowCentre(int row)
 {
-    return {220, 119 + 60 * row};
+    return {220, 120 + 70 * row};
 }
 
 QString output(const QString &program, const QStringList &arguments)

@@ -34,11 +34,14 @@ private Q_SLOTS:
         row("showNotes", &L10n::showNotes, u"Pokaż notatki"_s, u"Show notes"_s);
         row("showArchive", &L10n::showArchive, u"Pokaż archiwum"_s, u"Show archive"_s);
         row("searchNotes", &L10n::searchNotes, u"Szukaj notatek…"_s, u"Search notes…"_s);
-        row("clearSearch", &L10n::clearSearch, u"Wyczyść wyszukiwanie (Esc)"_s, u"Clear search (Esc)"_s);
+        row("clearSearch", &L10n::clearSearch, u"Wyczyść wyszukiwanie (Esc)"_s,
+            u"Clear search (Esc)"_s);
         row("newNoteHelp", &L10n::newNoteHelp, u"Nowa notatka (Cmd+N)"_s, u"New note (Cmd+N)"_s);
-        row("selectSeveral", &L10n::selectSeveral, u"Zaznacz kilka notatek"_s, u"Select multiple notes"_s);
+        row("selectSeveral", &L10n::selectSeveral, u"Zaznacz kilka notatek"_s,
+            u"Select multiple notes"_s);
         row("endSelection", &L10n::endSelection, u"Zakończ zaznaczanie"_s, u"End selection"_s);
-        row("extractAll", &L10n::extractAll, u"Wyciągnij wszystkie (niewyciągnięte) jako sticky"_s, u"Extract all (unpinned) as sticky"_s);
+        row("extractAll", &L10n::extractAll, u"Wyciągnij wszystkie (niewyciągnięte) jako sticky"_s,
+            u"Extract all (unpinned) as sticky"_s);
         row("closeWindow", &L10n::closeWindow, u"Zamknij okno"_s, u"Close window"_s);
         row("noResults", &L10n::noResults, u"Brak wyników"_s, u"No results"_s);
         row("noNotes", &L10n::noNotes, u"Brak notatek"_s, u"No notes"_s);
@@ -47,23 +50,33 @@ private Q_SLOTS:
         row("noContent", &L10n::noContent, u"Brak treści"_s, u"No content"_s);
         row("today", &L10n::today, u"dzisiaj"_s, u"today"_s);
         row("yesterday", &L10n::yesterday, u"wczoraj"_s, u"yesterday"_s);
-        row("makeSticky", &L10n::makeSticky, u"Zamień w sticky note"_s, u"Convert to sticky note"_s);
-        row("stickyIsOpen", &L10n::stickyIsOpen, u"Wysunięta notatka jest otwarta"_s, u"Sticky note is open"_s);
+        row("makeSticky", &L10n::makeSticky, u"Zamień w sticky note"_s,
+            u"Convert to sticky note"_s);
+        row("stickyIsOpen", &L10n::stickyIsOpen, u"Wysunięta notatka jest otwarta"_s,
+            u"Sticky note is open"_s);
         row("archiveNote", &L10n::archiveNote, u"Archiwizuj notatkę"_s, u"Archive note"_s);
         row("restoreNote", &L10n::restoreNote, u"Przywróć notatkę"_s, u"Restore note"_s);
-        row("deleteNote", &L10n::deleteNote, u"Usuń notatkę na stałe"_s, u"Delete note permanently"_s);
-        row("deleteNoteTitle", &L10n::deleteNoteTitle, u"Usunąć notatkę na stałe?"_s, u"Delete note permanently?"_s);
-        row("deleteNoteMessage", &L10n::deleteNoteMessage, u"Ta operacja jest nieodwracalna. Może zamiast tego chcesz zarchiwizować notatkę?"_s, u"This action is irreversible. Maybe you want to archive the note instead?"_s);
-        row("deleteNotesTitle", &L10n::deleteNotesTitle, u"Usunąć zaznaczone notatki na stałe?"_s, u"Delete selected notes permanently?"_s);
-        row("deleteNotesMessage", &L10n::deleteNotesMessage, u"Ta operacja jest nieodwracalna."_s, u"This action is irreversible."_s);
-        row("deletePermanently", &L10n::deletePermanently, u"Usuń na stałe"_s, u"Delete permanently"_s);
+        row("deleteNote", &L10n::deleteNote, u"Usuń notatkę na stałe"_s,
+            u"Delete note permanently"_s);
+        row("deleteNoteTitle", &L10n::deleteNoteTitle, u"Usunąć notatkę na stałe?"_s,
+            u"Delete note permanently?"_s);
+        row("deleteNoteMessage", &L10n::deleteNoteMessage,
+            u"Ta operacja jest nieodwracalna. Może zamiast tego chcesz zarchiwizować notatkę?"_s,
+            u"This action is irreversible. Maybe you want to archive the note instead?"_s);
+        row("deleteNotesTitle", &L10n::deleteNotesTitle, u"Usunąć zaznaczone notatki na stałe?"_s,
+            u"Delete selected notes permanently?"_s);
+        row("deleteNotesMessage", &L10n::deleteNotesMessage, u"Ta operacja jest nieodwracalna."_s,
+            u"This action is irreversible."_s);
+        row("deletePermanently", &L10n::deletePermanently, u"Usuń na stałe"_s,
+            u"Delete permanently"_s);
         row("remove", &L10n::remove, u"Usuń"_s, u"Delete"_s);
         row("undo", &L10n::undo, u"Cofnij"_s, u"Undo"_s);
         row("selectNotes", &L10n::selectNotes, u"Zaznacz notatki"_s, u"Select notes"_s);
         row("selectAll", &L10n::selectAll, u"Zaznacz wszystkie"_s, u"Select all"_s);
         row("archive", &L10n::archive, u"Archiwizuj"_s, u"Archive"_s);
         row("restore", &L10n::restore, u"Przywróć"_s, u"Restore"_s);
-        row("selectOrAddNote", &L10n::selectOrAddNote, u"Wybierz lub dodaj notatkę"_s, u"Select or add a note"_s);
+        row("selectOrAddNote", &L10n::selectOrAddNote, u"Wybierz lub dodaj notatkę"_s,
+            u"Select or add a note"_s);
         row("noteText", &L10n::noteText, u"Treść notatki"_s, u"Note text"_s);
         row("formatting", &L10n::formatting, u"Formatowanie"_s, u"Formatting"_s);
         row("activeSuffix", &L10n::activeSuffix, u" • aktywne"_s, u" • active"_s);
@@ -83,7 +96,8 @@ private Q_SLOTS:
         row("enterURL", &L10n::enterURL, u"Podaj adres URL"_s, u"Enter URL"_s);
         row("insert", &L10n::insert, u"Wstaw"_s, u"Insert"_s);
         row("cancel", &L10n::cancel, u"Anuluj"_s, u"Cancel"_s);
-        row("openLinkHint", &L10n::openLinkHint, u"Ctrl+klik otwiera link"_s, u"Ctrl+click opens the link"_s);
+        row("openLinkHint", &L10n::openLinkHint, u"Ctrl+klik otwiera link"_s,
+            u"Ctrl+click opens the link"_s);
         row("noteColor", &L10n::noteColor, u"Kolor notatki"_s, u"Note color"_s);
         row("textSize", &L10n::textSize, u"Rozmiar tekstu"_s, u"Text size"_s);
         row("notebook", &L10n::notebook, u"NOTATNIK"_s, u"NOTEBOOK"_s);
@@ -117,19 +131,29 @@ private Q_SLOTS:
         QTest::addColumn<QString>("english");
         QTest::addColumn<QString>("polishDeleted");
         QTest::addColumn<QString>("englishDeleted");
-        const auto row = [](int count, const QString &polish, const QString &english, const QString &polishDeleted,
-                            const QString &englishDeleted) {
-            QTest::addRow("%d", count) << count << polish << english << polishDeleted << englishDeleted;
+        const auto row = [](int count, const QString &polish, const QString &english,
+                            const QString &polishDeleted, const QString &englishDeleted) {
+            QTest::addRow("%d", count)
+                << count << polish << english << polishDeleted << englishDeleted;
         };
-        row(0, u"Zaznaczono 0 notatek"_s, u"0 notes selected"_s, u"Usunięto 0 notatek"_s, u"0 notes deleted"_s);
-        row(1, u"Zaznaczono 1 notatkę"_s, u"1 note selected"_s, u"Usunięto notatkę"_s, u"Note deleted"_s);
-        row(2, u"Zaznaczono 2 notatki"_s, u"2 notes selected"_s, u"Usunięto 2 notatki"_s, u"2 notes deleted"_s);
-        row(3, u"Zaznaczono 3 notatki"_s, u"3 notes selected"_s, u"Usunięto 3 notatki"_s, u"3 notes deleted"_s);
-        row(4, u"Zaznaczono 4 notatki"_s, u"4 notes selected"_s, u"Usunięto 4 notatki"_s, u"4 notes deleted"_s);
-        row(5, u"Zaznaczono 5 notatek"_s, u"5 notes selected"_s, u"Usunięto 5 notatek"_s, u"5 notes deleted"_s);
-        row(22, u"Zaznaczono 22 notatek"_s, u"22 notes selected"_s, u"Usunięto 22 notatek"_s, u"22 notes deleted"_s);
-        row(24, u"Zaznaczono 24 notatek"_s, u"24 notes selected"_s, u"Usunięto 24 notatek"_s, u"24 notes deleted"_s);
-        row(102, u"Zaznaczono 102 notatek"_s, u"102 notes selected"_s, u"Usunięto 102 notatek"_s, u"102 notes deleted"_s);
+        row(0, u"Zaznaczono 0 notatek"_s, u"0 notes selected"_s, u"Usunięto 0 notatek"_s,
+            u"0 notes deleted"_s);
+        row(1, u"Zaznaczono 1 notatkę"_s, u"1 note selected"_s, u"Usunięto notatkę"_s,
+            u"Note deleted"_s);
+        row(2, u"Zaznaczono 2 notatki"_s, u"2 notes selected"_s, u"Usunięto 2 notatki"_s,
+            u"2 notes deleted"_s);
+        row(3, u"Zaznaczono 3 notatki"_s, u"3 notes selected"_s, u"Usunięto 3 notatki"_s,
+            u"3 notes deleted"_s);
+        row(4, u"Zaznaczono 4 notatki"_s, u"4 notes selected"_s, u"Usunięto 4 notatki"_s,
+            u"4 notes deleted"_s);
+        row(5, u"Zaznaczono 5 notatek"_s, u"5 notes selected"_s, u"Usunięto 5 notatek"_s,
+            u"5 notes deleted"_s);
+        row(22, u"Zaznaczono 22 notatek"_s, u"22 notes selected"_s, u"Usunięto 22 notatek"_s,
+            u"22 notes deleted"_s);
+        row(24, u"Zaznaczono 24 notatek"_s, u"24 notes selected"_s, u"Usunięto 24 notatek"_s,
+            u"24 notes deleted"_s);
+        row(102, u"Zaznaczono 102 notatek"_s, u"102 notes selected"_s, u"Usunięto 102 notatek"_s,
+            u"102 notes deleted"_s);
     }
     void counts()
     {

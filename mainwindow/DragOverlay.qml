@@ -1,0 +1,25 @@
+import QtQuick
+import Plim.MainWindow
+
+// The panel of the floating card: above all windows, and no pointer meets it.
+Window {
+    id: root
+
+    objectName: "dragOverlay"
+    flags: Qt.ToolTip | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WindowTransparentForInput | Qt.WindowDoesNotAcceptFocus | Qt.NoDropShadowWindowHint
+    color: "transparent"
+    x: Math.round(DragOverlayManager.corner.x) - card.reach
+    y: Math.round(DragOverlayManager.corner.y) - card.reach
+    width: Math.ceil(card.implicitWidth)
+    height: Math.ceil(card.implicitHeight)
+    visible: DragOverlayManager.isShown
+
+    DragPreviewCard {
+        id: card
+
+        anchors.fill: parent
+        title: DragOverlayManager.title
+        noteColor: DragOverlayManager.color
+        cardWidth: DragOverlayManager.width
+    }
+}

@@ -1,0 +1,100 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Plim.MainWindow
+import Plim.Shell
+import Plim.Sticky
+
+// The left column: tabs and actions, search, the list, the language.
+FocusScope {
+    id: root
+
+    required property ContentController content
+    readonly property alias deleteDialog: deleteDialog
+
+    signal closeRequested()
+
+    function focusSearch(): void {
+        search.focusSearch();
+    }
+
+    objectName: "sidebar"
+    Keys.onEscapePressed: event => {
+        if (root.content.multiSelection.isSelectionMode)
+            root.content.multiSelection.end();
+        else if (root.content.notes.searchText !== "")
+            root.content.notes.searchText = "";
+        else
+            event.accepted = false;
+    }
+
+    VisualEffectView {
+        anchors.fill: parent
+        tint: Theme.sidebar
+        leadingRadius: root.Window.visibility === Window.Maximized ? 0 : Theme.windowRadius
+    }
+    SidebarHeader {
+        id: header
+
+        width: parent.width
+        selectedTab: SelectionManager.selectedTab
+        isSelectionMode: root.content.multiSelection.isSelectionMode
+        onCloseRequested: root.closeRequested()
+        onTabSelected: tab => root.content.selectTab(tab)
+        onSelectionModeToggled: root.content.multiSelection.isSelectionMode = !root.content.multiSelection.isSelectionMode
+        onMakeAllStickyRequested: root.content.makeAllSticky()
+        onAddRequested: root.content.addNote()
+    }
+    SearchField {
+        id: search
+
+        anchors.top: header.bottom
+        x: Theme.margin
+        width: parent.width - 2 * Theme.margin
+        onEdited: text => root.content.notes.searchText = text
+        onLeaveRequested: list.enter()
+
+        Binding {
+            target: search
+            property: "text"
+            value: root.content.notes.searchText
+        }
+    }
+    NoteList {
+        id: list
+
+        anchors.top: search.bottom
+        anchors.topMargin: Theme.gap
+        anchors.bottom: footer.top
+        width: parent.width
+        focus: true
+        visible: list.count > 0
+        content: root.content
+        onDeleteRequested: noteID => deleteDialog.ask(noteID)
+    }
+    EmptyList {
+        objectName: "emptyList"
+        anchors.centerIn: list
+        visible: list.count === 0
+        isSearching: root.content.notes.searchText !== ""
+    }
+    LanguageFooter {
+        id: footer
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+    DeleteNoteDialog {
+        id: deleteDialog
+
+        onDeleteConfirmed: noteID => root.content.deleteNote(noteID)
+        onArchiveChosen: noteID => root.content.archiveNote(noteID)
+    }
+    Connections {
+        target: root.content
+
+        function onSearchFocusRequested() {
+            root.focusSearch();
+        }
+    }
+}

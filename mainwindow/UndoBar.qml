@@ -1,0 +1,53 @@
+import QtQuick
+import Plim.MainWindow
+import Plim.Shell
+
+// For some seconds: what was deleted, and the way back.
+Rectangle {
+    id: root
+
+    required property DeletionUndo deletionUndo
+
+    objectName: "undoBar"
+    width: row.width + 2 * Theme.margin
+    height: Theme.undoBarHeight
+    radius: Theme.sheetRadius
+    color: Theme.sheet
+    border.width: Theme.hairlineWidth
+    border.color: Theme.sheetBorder
+    opacity: root.deletionUndo.isOffered ? 1 : 0
+    visible: opacity > 0
+    enabled: root.deletionUndo.isOffered
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: root.deletionUndo.text
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: Theme.fadeDuration
+        }
+    }
+
+    Row {
+        id: row
+
+        anchors.centerIn: parent
+        spacing: Theme.gap
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            leftPadding: Theme.gap / 2
+            text: root.deletionUndo.text + " —"
+            color: Theme.ink
+            font: Theme.bodyFont
+        }
+        ActionButton {
+            objectName: "undoDelete"
+            anchors.verticalCenter: parent.verticalCenter
+            implicitHeight: Theme.buttonHeight - 6
+            text: L10n.undo
+            ink: Theme.hit
+            fill: "transparent"
+            onClicked: root.deletionUndo.undo()
+        }
+    }
+}

@@ -1,0 +1,16 @@
+import QtQuick
+import Plim.Shell
+
+// Drawn around what has the keyboard, for those who use the keyboard.
+Rectangle {
+    id: root
+
+    required property bool isFocused
+    property color ink: Theme.accent
+
+    anchors.fill: parent
+    visible: root.isFocused && InputModality.isKeyboard
+    color: "transparent"
+    border.width: Theme.focusRing
+    border.color: root.ink
+}

@@ -1,0 +1,53 @@
+import QtQuick
+import Plim.Shell
+
+// A small window that belongs to a control. It is a window of its own, so that it may reach over the
+// edge of the one that it belongs to; Esc, or turning to anything else, closes it.
+Window {
+    id: root
+
+    required property Item anchor
+    default property alias content: surface.data
+    readonly property bool isOpen: root.visible
+    /// The press that closed it may be one on the control that opens it: that is not to open it again.
+    readonly property bool justClosed: rest.running
+
+    signal closed()
+
+    function open(): void {
+        const place = AnchoredPlacement.below(root.anchor, Qt.size(root.width, root.height));
+        root.transientParent = root.anchor.Window.window;
+        root.x = place.x;
+        root.y = place.y;
+        root.visible = true;
+        root.requestActivate();
+        surface.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    flags: Qt.Dialog | Qt.FramelessWindowHint | Qt.NoDropShadowWindowHint
+    color: "transparent"
+    onVisibleChanged: {
+        if (!root.visible)
+            root.closed();
+    }
+
+    FocusWatch {
+        window: root
+        onLost: {
+            root.visible = false;
+            rest.restart();
+        }
+    }
+    Timer {
+        id: rest
+
+        interval: 300
+    }
+    FocusScope {
+        id: surface
+
+        anchors.fill: parent
+        focus: true
+        Keys.onEscapePressed: root.visible = false
+    }
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QString>
+#include <qqmlregistration.h>
+
+/// An icon by the name of its symbol ("trash", "pin.fill"), in one colour, drawn sharp at every
+/// scale. A name that is unknown draws nothing.
+class Symbol : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(qreal size READ size WRITE setSize NOTIFY sizeChanged)
+    Q_PROPERTY(bool isBold READ isBold WRITE setIsBold NOTIFY isBoldChanged)
+
+public:
+    explicit Symbol(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] const QString &name() const { return m_name; }
+    void setName(const QString &name);
+    [[nodiscard]] const QColor &color() const { return m_color; }
+    void setColor(const QColor &color);
+    [[nodiscard]] qreal size() const { return implicitWidth(); } ///< points, of a square
+    void setSize(qreal size);
+    [[nodiscard]] bool isBold() const { return m_isBold; }
+    void setIsBold(bool isBold);
+
+    [[nodiscard]] static bool isKnown(const QString &name);
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void nameChanged();
+    void colorChanged();
+    void sizeChanged();
+    void isBoldChanged();
+
+private:
+    QString m_name;
+    QColor m_color = Qt::white;
+    bool m_isBold = false;
+};

@@ -1,0 +1,94 @@
+#include "shell/SystemPreferences.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QQmlEngine>
+#include <QSettings>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString portalSettings = u"org.freedesktop.portal.Settings"_s;
+const QString interfaceSpace = u"org.gnome.desktop.interface"_s;
+const QString animationsKey = u"enable-animations"_s;
+
+bool isStillOnKde()
+{
+    const QString file =
+        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, u"kdeglobals"_s);
+    if (file.isEmpty())
+        return false;
+    const QVariant factor =
+        QSettings(file, QSettings::IniFormat).value(u"KDE/AnimationDurationFactor"_s);
+    return factor.isValid() && factor.toDouble() == 0.0;
+}
+
+/// Older portals wrap the value twice.
+QVariant unwrapped(QVariant value)
+{
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+} // namespace
+
+SystemPreferences::SystemPreferences(QObject *parent)
+    : QObject(parent), m_reducesMotion(isStillOnKde())
+{
+    askPortal();
+}
+
+SystemPreferences &SystemPreferences::shared()
+{
+    static SystemPreferences preferences(nullptr);
+    return preferences;
+}
+
+SystemPreferences *SystemPreferences::create(QQmlEngine *, QJSEngine *)
+{
+    QQmlEngine::setObjectOwnership(&shared(), QQmlEngine::CppOwnership);
+    return &shared();
+}
+
+void SystemPreferences::askPortal()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    bus.connect(portalService, portalPath, portalSettings, u"SettingChanged"_s, this,
+                SLOT(follow(QString, QString, QDBusVariant)));
+    auto message =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalSettings, u"Read"_s);
+    message << interfaceSpace << animationsKey;
+    message.setAutoStartService(false); // a desktop that has a portal has started it
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (reply.isValid())
+            follow(interfaceSpace, animationsKey, reply.value());
+        watcher->deleteLater();
+    });
+}
+
+void SystemPreferences::follow(const QString &space, const QString &key, const QDBusVariant &value)
+{
+    const QVariant plain = unwrapped(value.variant());
+    if (space == interfaceSpace && key == animationsKey && plain.typeId() == QMetaType::Bool)
+        setReducesMotion(!plain.toBool() || isStillOnKde());
+}
+
+void SystemPreferences::setReducesMotion(bool reducesMotion)
+{
+    if (m_reducesMotion == reducesMotion)
+        return;
+    m_reducesMotion = reducesMotion;
+    Q_EMIT
+    reducesMotionChanged();
+}

@@ -1,0 +1,126 @@
+#include "sticky/VisualEffectView.h"
+
+#include "sticky/BlurBehind.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <QQuickWindow>
+#include <QRandomGenerator>
+
+namespace
+{
+constexpr int grainSide = 96; // pixels
+constexpr quint32 grainSeed = 7;
+
+/// Random greys, the same ones at every start.
+const QImage &grain()
+{
+    static const QImage image = [] {
+        QImage noise(grainSide, grainSide, QImage::Format_RGB32);
+        QRandomGenerator random(grainSeed);
+        for (int y = 0; y < grainSide; ++y) {
+            for (int x = 0; x < grainSide; ++x) {
+                const int grey = random.bounded(256);
+                noise.setPixel(x, y, qRgb(grey, grey, grey));
+            }
+        }
+        return noise;
+    }();
+    return image;
+}
+
+qreal grainOpacity(VisualEffectView::Material material)
+{
+    return material == VisualEffectView::Material::Sidebar ? 0.012 : 0.02;
+}
+} // namespace
+
+VisualEffectView::VisualEffectView(QQuickItem *parent) : QQuickPaintedItem(parent)
+{
+    setAntialiasing(true);
+}
+
+void VisualEffectView::setMaterial(Material material)
+{
+    set(m_material, material);
+}
+
+void VisualEffectView::setBlendingMode(BlendingMode mode)
+{
+    set(m_blendingMode, mode);
+    askForBlur();
+}
+
+void VisualEffectView::setTint(const QColor &tint)
+{
+    set(m_tint, tint);
+}
+
+void VisualEffectView::setLeadingRadius(qreal radius)
+{
+    set(m_leadingRadius, radius);
+}
+
+void VisualEffectView::setTrailingRadius(qreal radius)
+{
+    set(m_trailingRadius, radius);
+}
+
+void VisualEffectView::paint(QPainter *painter)
+{
+    const QRectF area = boundingRect();
+    // The sides may differ, so the shape is two rounded rectangles that overlap in the middle.
+    const QRectF left = area.adjusted(0, 0, -m_trailingRadius, 0);
+    const QRectF right = area.adjusted(m_leadingRadius, 0, 0, 0);
+    QPainterPath shape;
+    shape.addRoundedRect(left, m_leadingRadius, m_leadingRadius);
+    QPainterPath other;
+    other.addRoundedRect(right, m_trailingRadius, m_trailingRadius);
+    shape = shape.united(other);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setCompositionMode(QPainter::CompositionMode_Source);
+    painter->fillPath(shape, m_tint);
+    painter->setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter->setOpacity(grainOpacity(m_material));
+    painter->fillPath(shape, QBrush(grain()));
+}
+
+void VisualEffectView::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    QQuickPaintedItem::itemChange(change, data);
+    if (change == ItemSceneChange)
+        askForBlur();
+}
+
+void VisualEffectView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() != oldGeometry.size())
+        update();
+}
+
+template <typename T>
+void VisualEffectView::set(T &member, const T &value)
+{
+    if (member == value)
+        return;
+    member = value;
+    update();
+    Q_EMIT
+    changed();
+}
+
+// A window that has not been shown yet has nothing to ask for: asking would make it before its
+// owner has settled what kind of window it is to be.
+void VisualEffectView::askForBlur()
+{
+    if (!window() || m_blendingMode != BlendingMode::BehindWindow)
+        return;
+    const auto ask = [this] {
+        if (window() && window()->isVisible())
+            blurBehind(*window());
+    };
+    connect(window(), &QWindow::visibleChanged, this, ask);
+    ask();
+}

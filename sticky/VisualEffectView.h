@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <qqmlregistration.h>
+
+/// The translucent, slightly grainy ground of a view. It stays translucent whether its window is
+/// the active one or not.
+class VisualEffectView : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(Material material READ material WRITE setMaterial NOTIFY changed)
+    Q_PROPERTY(BlendingMode blendingMode READ blendingMode WRITE setBlendingMode NOTIFY changed)
+    Q_PROPERTY(QColor tint READ tint WRITE setTint NOTIFY changed)
+    Q_PROPERTY(qreal leadingRadius READ leadingRadius WRITE setLeadingRadius NOTIFY changed)
+    Q_PROPERTY(qreal trailingRadius READ trailingRadius WRITE setTrailingRadius NOTIFY changed)
+
+public:
+    enum class Material { Sidebar, Sheet }; ///< how much grain
+    Q_ENUM(Material)
+    enum class BlendingMode {
+        BehindWindow, ///< what is behind the window is blurred, where the desktop can do that
+        WithinWindow,
+    };
+    Q_ENUM(BlendingMode)
+
+    explicit VisualEffectView(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] Material material() const { return m_material; }
+    void setMaterial(Material material);
+    [[nodiscard]] BlendingMode blendingMode() const { return m_blendingMode; }
+    void setBlendingMode(BlendingMode mode);
+    [[nodiscard]] const QColor &tint() const { return m_tint; }
+    void setTint(const QColor &tint);
+    [[nodiscard]] qreal leadingRadius() const
+    {
+        return m_leadingRadius;
+    } ///< points, of the left corners
+    void setLeadingRadius(qreal radius);
+    [[nodiscard]] qreal trailingRadius() const
+    {
+        return m_trailingRadius;
+    } ///< points, of the right corners
+    void setTrailingRadius(qreal radius);
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void changed();
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
+private:
+    template <typename T>
+    void set(T &member, const T &value);
+    void askForBlur();
+
+    Material m_material = Material::Sidebar;
+    BlendingMode m_blendingMode = BlendingMode::BehindWindow;
+    QColor m_tint;
+    qreal m_leadingRadius = 0;
+    qreal m_trailingRadius = 0;
+};
