@@ -10,6 +10,11 @@ Item {
 
     implicitHeight: Theme.footerHeight
 
+    Rectangle {
+        width: parent.width
+        height: Theme.hairlineWidth
+        color: Theme.field
+    }
     Row {
         x: Theme.margin + Theme.gap / 2
         anchors.verticalCenter: parent.verticalCenter
