@@ -298,9 +298,10 @@ std::vector<NoteListModel::Wanted> NoteListModel::wantedNotes()
     return wanted;
 }
 
-// A keystroke may pick every other one of thousands of notes. Views take as long for each run as
-// for a whole new list, so that from some number of runs on, the rows behind them are told as one
-// that goes and one that comes; those in front, where the user looks after a keystroke, stay exact.
+// A keystroke may pick here and there among thousands of notes, and to tell thousands of runs one
+// by one takes longer than a frame, in the views most of all. From some number of runs on, the rows
+// behind them are therefore told as one run that goes and one that comes; those in front, where the
+// user looks after a keystroke, stay exact.
 void NoteListModel::show(const std::vector<Wanted> &wanted)
 {
     constexpr int mostRuns = 64;
