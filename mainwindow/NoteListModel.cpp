@@ -311,13 +311,13 @@ void NoteListModel::show(const std::vector<Wanted> &wanted)
     std::size_t next = 0;
     Step last = Step::Stays;
     for (int runs = 0; row < m_ids.size() || next < wanted.size();) {
+        const bool hasRow = row < m_ids.size();
+        const bool hasNote = next < wanted.size();
         Step step = Step::Enters;
-        if (next == wanted.size())
-            step = Step::Leaves;
-        else if (row < m_ids.size() && m_ids[row] == wanted[next].id)
+        if (hasRow && hasNote && m_ids[row] == wanted[next].id)
             step = Step::Stays;
-        else if (row < m_ids.size() && m_store.indexOf(m_ids[row]) < wanted[next].storeRow)
-            step = Step::Leaves;
+        else if (!hasNote || (hasRow && m_store.indexOf(m_ids[row]) < wanted[next].storeRow))
+            step = Step::Leaves; // deleted ones are at -1
         if (step != Step::Stays && step != last && ++runs > mostRuns)
             break;
         last = step;
