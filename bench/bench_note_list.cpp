@@ -22,7 +22,7 @@ constexpr int noteCount = 10'000;
 struct Fixture : NoteListFixture {
     Fixture() { store.setNotes(manyNotes(noteCount)); }
 
-    void search(const QString &text)
+    void search(const QString &text) const
     {
         model->setSearchText(text);
         while (!model->isSearchComplete())
@@ -68,7 +68,7 @@ void measure(benchmark::State &state, Work work)
 void deriveLines(benchmark::State &state)
 {
     const Note note = fixture().store.notes()[0];
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(note.headingText());
         benchmark::DoNotOptimize(note.previewText({}));
     }
@@ -78,7 +78,7 @@ BENCHMARK(deriveLines)->Unit(benchmark::kMicrosecond);
 void derivePlainText(benchmark::State &state)
 {
     const Note note = fixture().store.notes()[0];
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(searchableText({slowStrippingHTML(note.body)}));
 }
 BENCHMARK(derivePlainText)->Unit(benchmark::kMicrosecond);
@@ -87,7 +87,7 @@ BENCHMARK(derivePlainText)->Unit(benchmark::kMicrosecond);
 void deriveAll(benchmark::State &state)
 {
     Fixture &f = fixture();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         NoteListModel model(f.store, f.selection);
         model.setSearchText(u"milk"_s);
         while (!model.isSearchComplete())
@@ -100,7 +100,7 @@ BENCHMARK(deriveAll)->Unit(benchmark::kMillisecond)->Iterations(1);
 void firstSearch(benchmark::State &state)
 {
     Fixture &f = fixture();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         NoteListModel model(f.store, f.selection);
         measure(state, [&] { model.setSearchText(u"milk"_s); });
     }
@@ -111,7 +111,7 @@ void keystroke(benchmark::State &state, const char *before, const char *after)
 {
     Fixture &f = ready();
     int rows = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         f.model->setSearchText(QString::fromUtf8(before));
         measure(state, [&] { f.model->setSearchText(QString::fromUtf8(after)); });
         rows = f.model->rowCount();
@@ -146,7 +146,7 @@ void editNote(benchmark::State &state, const char *query, bool isTold)
     if (!isTold)
         f.model.reset(); // what the store takes by itself
     int turn = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         Note note = *f.store.note(id);
         note.body = bodies[++turn % 2];
         f.store.updateNote(note);
@@ -166,7 +166,7 @@ void moveNote(benchmark::State &state, bool isTold)
     if (!isTold)
         f.model.reset();
     int turn = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         f.store.moveNote(id, targets[++turn % 2]);
         benchmark::DoNotOptimize(f.store.indexOf(id));
     }
@@ -181,7 +181,7 @@ void rowData(benchmark::State &state, int role, const char *query)
     Fixture &f = ready();
     f.search(QString::fromUtf8(query));
     int row = 0;
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(f.model->data(f.model->index(row++ % f.model->rowCount()), role));
 }
 BENCHMARK_CAPTURE(rowData, title, NoteListModel::TitleRole, "");
@@ -195,7 +195,7 @@ void rowOf(benchmark::State &state)
     Fixture &f = ready();
     const QList<QUuid> ids = f.model->noteIDs();
     int row = 0;
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(f.model->rowOf(ids[(row += 7919) % noteCount]));
 }
 BENCHMARK(rowOf);
