@@ -298,9 +298,10 @@ std::vector<NoteListModel::Wanted> NoteListModel::wantedNotes()
     return wanted;
 }
 
-// A keystroke may pick every other one of thousands of notes. Views take as long for each run as
-// for a whole new list, so that from some number of runs on, the rows behind them are told as one
-// that goes and one that comes; those in front, where the user looks after a keystroke, stay exact.
+// A keystroke may pick here and there among thousands of notes, and to tell thousands of runs one
+// by one takes longer than a frame, in the views most of all. From some number of runs on, the rows
+// behind them are therefore told as one run that goes and one that comes; those in front, where the
+// user looks after a keystroke, stay exact.
 void NoteListModel::show(const std::vector<Wanted> &wanted)
 {
     constexpr int mostRuns = 64;
@@ -310,13 +311,13 @@ void NoteListModel::show(const std::vector<Wanted> &wanted)
     std::size_t next = 0;
     Step last = Step::Stays;
     for (int runs = 0; row < m_ids.size() || next < wanted.size();) {
+        const bool hasRow = row < m_ids.size();
+        const bool hasNote = next < wanted.size();
         Step step = Step::Enters;
-        if (next == wanted.size())
-            step = Step::Leaves;
-        else if (row < m_ids.size() && m_ids[row] == wanted[next].id)
+        if (hasRow && hasNote && m_ids[row] == wanted[next].id)
             step = Step::Stays;
-        else if (row < m_ids.size() && m_store.indexOf(m_ids[row]) < wanted[next].storeRow)
-            step = Step::Leaves;
+        else if (!hasNote || (hasRow && m_store.indexOf(m_ids[row]) < wanted[next].storeRow))
+            step = Step::Leaves; // deleted ones are at -1
         if (step != Step::Stays && step != last && ++runs > mostRuns)
             break;
         last = step;
