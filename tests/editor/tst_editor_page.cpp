@@ -136,6 +136,7 @@ bool isRefinement(const Rule &rule)
         {u"#body ul.checklist > li"_s,
          {u"display: block"_s, u"position: relative"_s, u"padding-left: 1.5em"_s}},
         {u"#body ul.checklist > li > .chk"_s, {u"position: absolute"_s, u"left: 0"_s, u"top: 0"_s}},
+        {u":root.opens-links #title a, :root.opens-links #body a"_s, {u"cursor: pointer"_s}},
         {u"#title"_s, {u"max-height: 45%"_s, u"overflow-x: hidden"_s, u"overflow-y: auto"_s}},
     };
     return std::ranges::find(refinements, rule) != refinements.end();
@@ -254,7 +255,8 @@ private Q_SLOTS:
         const QString script = editorChannelScript();
         QVERIFY(script.contains(u"QWebChannel"_s));
         QVERIFY(script.endsWith(resource(u"channel.js"_s)));
-        for (const QString &handler : {u"plim:"_s, u"plimState:"_s, u"plimLog:"_s})
+        for (const QString &handler : {u"plim:"_s, u"plimState:"_s, u"plimLog:"_s, u"plimLink:"_s,
+                                       u"plimHover:"_s})
             QVERIFY(resource(u"channel.js"_s).contains(handler));
     }
 };

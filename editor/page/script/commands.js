@@ -18,6 +18,7 @@ function setContent(html) {
   const { scrollTop } = bodyEl;
   savedRange = null;
   savedEl = bodyEl;
+  hover(null, false);
   fill(titleEl, title);
   fill(bodyEl, body);
   sanitizeCurrentBody();
@@ -32,7 +33,8 @@ function fill(region, html) {
 }
 
 function runCommand(name, value) {
-  if (name === 'createLink' && !isHarmlessLink(value || '')) return;
+  const address = name === 'createLink' ? addressFrom(value || '') : null;
+  if (name === 'createLink' && address === null) return;
   if (savedEl === titleEl && BLOCK_COMMANDS.includes(name)) placeCaretAtStart(bodyEl); else restoreSelection();
   if (name === 'undo' || name === 'redo') {
     runHistory(name === 'undo');
@@ -40,8 +42,9 @@ function runCommand(name, value) {
   }
   beginStep();
   sanitizeCurrentBody();
-  if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value); else document.execCommand(name, false, value === undefined ? null : value);
-  if (name === 'createLink' && currentRange()) document.getSelection().collapseToEnd(); // typing goes on behind it
+  if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value);
+  else if (address !== null) createLink(address);
+  else document.execCommand(name, false, value === undefined ? null : value);
   tidyBody();
   saveSelection();
   notifyChange();
@@ -125,5 +128,6 @@ Object.assign(window, {
   reportFormatState,
   toggleChecklist,
   runCommand,
+  linkAtCaret,
   insertHTML,
 });

@@ -75,10 +75,20 @@ document.addEventListener('dragover', event => {
 document.addEventListener('drop', event => {
   if (!regionOf(event.target)) event.preventDefault();
 });
+document.addEventListener('click', onLinkClick, true);
+document.addEventListener('auxclick', onLinkClick, true);
+for (const type of ['mouseover', 'mousemove']) { // the former also when the text moves under the pointer
+  document.addEventListener(type, event => hover(linkOf(event.target), asksToOpen(event)), true);
+}
+document.documentElement.addEventListener('mouseleave', () => hover(null, false));
+for (const type of ['keydown', 'keyup']) document.addEventListener(type, onOpeningKey, true);
 document.addEventListener('wheel', event => {
   if (event.ctrlKey) event.preventDefault(); // the text size is the note's own
 }, { passive: false });
-window.addEventListener('blur', notifyPending);
+window.addEventListener('blur', () => {
+  showOpening(false);
+  notifyPending();
+});
 
 // A line is a paragraph: the engine's own choice, a div, is what cleaning unwraps.
 document.execCommand('defaultParagraphSeparator', false, 'p');
