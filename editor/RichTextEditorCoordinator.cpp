@@ -1,10 +1,12 @@
 #include "editor/RichTextEditorCoordinator.h"
 
+#include "core/ImageStore.h"
 #include "core/Note.h"
 #include "core/NotificationCenter.h"
 #include "editor/EditorFlush.h"
 #include "editor/EditorLog.h"
 #include "editor/EditorPage.h"
+#include "editor/EditorProfile.h"
 #include "editor/MergedHTML.h"
 #include "editor/OpenableLink.h"
 #include "editor/ScriptLiteral.h"
@@ -293,6 +295,8 @@ void RichTextEditorCoordinator::receive(const QString &handler, const QString &b
         receiveLink(body);
     } else if (handler == "plimHover"_L1) {
         setHoveredLink(openableLink(body));
+    } else if (handler == "plimImage"_L1) {
+        receivePicture(body);
     }
 }
 
@@ -380,6 +384,22 @@ void RichTextEditorCoordinator::setHoveredLink(const QUrl &url)
         return;
     m_hoveredLink = url;
     Q_EMIT hoveredLinkChanged();
+}
+
+// The page shows the picture by its bytes until it is told the file. No address tells it that there
+// is none: the bytes stay in the note then, as they do when the page has gone on to another one.
+void RichTextEditorCoordinator::receivePicture(const QString &body)
+{
+    const QJsonObject message = QJsonDocument::fromJson(body.toUtf8()).object();
+    const QString ticket = message.value("ticket"_L1).toString();
+    if (ticket.isEmpty() || !m_webView)
+        return;
+    const std::optional<QUrl> url =
+        storeInlineImage(message.value("data"_L1).toString(),
+                         m_imagesDirectory.value_or(EditorProfile::shared().imagesDirectory()));
+    qCDebug(editorLog) << "picture" << (url ? "stored" : "kept in its note");
+    m_webView->evaluate(
+        pageCall(u"pictureStored", ticket, url ? url->toString(QUrl::FullyEncoded) : QString()));
 }
 
 void RichTextEditorCoordinator::requestLinkAtCaret(std::function<void(const QString &)> answer)

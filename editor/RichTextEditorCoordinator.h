@@ -50,6 +50,9 @@ public:
     /// The link under the pointer; empty when there is none, or none that would be opened.
     [[nodiscard]] const QUrl &hoveredLink() const { return m_hoveredLink; }
 
+    /// Where pictures that come into the page are kept; that of the shared profile unless set.
+    void setImagesDirectory(const QString &directory) { m_imagesDirectory = directory; }
+
     /// The note whose content is in the page.
     [[nodiscard]] std::optional<QUuid> loadedNoteID() const { return m_loadedNoteID; }
 
@@ -84,6 +87,7 @@ private:
     void receiveChange(const QString &body);
     void receiveFormatState(const QString &body);
     void receiveLink(const QString &address);
+    void receivePicture(const QString &body);
     void setHoveredLink(const QUrl &url);
     void take(const QUuid &noteID, const QString &html);
     void learn(const QUuid &noteID, const QString &html);
@@ -92,6 +96,7 @@ private:
 
     QPointer<EditorWebView> m_webView;
     QPointer<EditorController> m_controller;
+    std::optional<QString> m_imagesDirectory;
     QUrl m_hoveredLink;
     RichTextEditor m_value;                ///< what the view currently asks for
     std::optional<QUuid> m_loadedNoteID;

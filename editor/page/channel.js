@@ -11,7 +11,7 @@
   window.webkit = {
     messageHandlers: {
       plim: handler('plim'), plimState: handler('plimState'), plimLog: handler('plimLog'),
-      plimLink: handler('plimLink'), plimHover: handler('plimHover'),
+      plimLink: handler('plimLink'), plimHover: handler('plimHover'), plimImage: handler('plimImage'),
     },
   };
   new QWebChannel(qt.webChannelTransport, channel => {

@@ -256,7 +256,7 @@ private Q_SLOTS:
         QVERIFY(script.contains(u"QWebChannel"_s));
         QVERIFY(script.endsWith(resource(u"channel.js"_s)));
         for (const QString &handler : {u"plim:"_s, u"plimState:"_s, u"plimLog:"_s, u"plimLink:"_s,
-                                       u"plimHover:"_s})
+                                       u"plimHover:"_s, u"plimImage:"_s})
             QVERIFY(resource(u"channel.js"_s).contains(handler));
     }
 };

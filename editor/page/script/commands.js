@@ -61,6 +61,7 @@ function insertHTML(html) {
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
   settleCaret();
   insertIntoBody(makeHarmless(parseInert(markup)).innerHTML);
+  sendPicturesAway();
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
 }
@@ -124,10 +125,11 @@ Object.assign(window, {
   focusBodyAtEnd,
   setContent,
   setFontSize(px) { document.documentElement.style.setProperty('--base', px + 'px'); },
-  flushNow: notifyChange,
+  flushNow: sendChange,
   reportFormatState,
   toggleChecklist,
   runCommand,
   linkAtCaret,
   insertHTML,
+  pictureStored,
 });

@@ -69,9 +69,7 @@ document.addEventListener('selectionchange', () => {
 });
 document.addEventListener('dragstart', () => { isOwnDrag = true; });
 document.addEventListener('dragend', () => { isOwnDrag = false; });
-document.addEventListener('dragover', event => {
-  if (event.dataTransfer.types.includes('Files')) event.preventDefault();
-});
+document.addEventListener('dragover', handleDragOver);
 document.addEventListener('drop', event => {
   if (!regionOf(event.target)) event.preventDefault();
 });
