@@ -30,11 +30,14 @@ function isPictureAlone(html, plain) {
 }
 
 function insertPictures(files) {
-  const html = files.map(addressOfFile).filter(Boolean).map(address => '<img src="' + address + '">').join('');
-  if (!html) return;
+  const addresses = files.map(addressOfFile).filter(Boolean);
+  if (!addresses.length) return;
   beginStep();
   settleCaret();
-  insertMarkup(html);
+  // Put in under a short name first: the engine is slow with megabytes of markup.
+  const nameOf = index => 'data:,picture-' + index;
+  insertMarkup(addresses.map((address, index) => '<img src="' + nameOf(index) + '">').join(''));
+  addresses.forEach((address, index) => setSource([bodyEl], nameOf(index), address));
   sendPicturesAway();
   finishEdit();
 }
@@ -62,12 +65,12 @@ function addressOfFile(file) {
 }
 
 function bytesOf(text) {
-  const chunk = 8192; // as many arguments as a call takes on every engine
-  const pieces = [];
-  for (let i = 0; i < text.length; i += chunk) {
-    pieces.push(String.fromCharCode(...Array.from(text.slice(i, i + chunk), letter => letter.charCodeAt(0) & 0xff)));
-  }
-  return pieces.join('');
+  const bytes = new Uint8Array(text.length);
+  for (let i = 0; i < text.length; ++i) bytes[i] = text.charCodeAt(i);
+  const chunk = 8192; // as many arguments as a call takes
+  let result = '';
+  for (let i = 0; i < bytes.length; i += chunk) result += String.fromCharCode.apply(null, bytes.subarray(i, i + chunk));
+  return result;
 }
 
 function sendPicturesAway() {
@@ -94,8 +97,11 @@ function pictureStored(ticket, address) {
 
 // In the contents that undo and redo go to as well: the bytes are not to come back.
 function moveToFile(data, address) {
-  const regions = [titleEl, bodyEl, ...[...past, ...future].flatMap(state => state.regions)];
+  setSource([titleEl, bodyEl, ...[...past, ...future].flatMap(state => state.regions)], data, address);
+}
+
+function setSource(regions, before, after) {
   for (const picture of regions.flatMap(region => [...region.querySelectorAll('img')])) {
-    if (picture.getAttribute('src') === data) picture.setAttribute('src', address);
+    if (picture.getAttribute('src') === before) picture.setAttribute('src', after);
   }
 }
