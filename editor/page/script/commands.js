@@ -83,8 +83,8 @@ function insertIntoBody(html) {
   const list = item.parentElement;
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
-  const following = makeChecklist(...rest.hasChildNodes() ? [makeItem(...rest.childNodes)] : []);
-  while (item.nextSibling) following.append(item.nextSibling);
+  const following = takeItemsBelow(item);
+  if (rest.hasChildNodes()) following.prepend(makeItem(...rest.childNodes));
   const divider = document.createElement('hr');
   list.after(divider);
   ensureTypingTarget(item);
