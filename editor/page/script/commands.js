@@ -60,8 +60,7 @@ function insertHTML(html) {
   beginStep();
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
   settleCaret();
-  insertIntoBody(makeHarmless(parseInert(markup)).innerHTML);
-  sendPicturesAway();
+  sendingPictures(() => insertIntoBody(makeHarmless(parseInert(markup)).innerHTML));
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
 }

@@ -29,8 +29,7 @@ function takeOver(event, data, region) {
   if (!isMarkup && !plain) return;
   event.preventDefault();
   beginStep();
-  if (isMarkup) insertMarkup(sanitizeLines(html)); else insertLines(plain);
-  sendPicturesAway();
+  if (isMarkup) sendingPictures(() => insertMarkup(sanitizeLines(html))); else insertLines(plain);
   finishEdit();
 }
 

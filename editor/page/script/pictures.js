@@ -36,9 +36,10 @@ function insertPictures(files) {
   settleCaret();
   // Put in under a short name first: the engine is slow with megabytes of markup.
   const nameOf = index => 'data:,picture-' + index;
-  insertMarkup(addresses.map((address, index) => '<img src="' + nameOf(index) + '">').join(''));
-  addresses.forEach((address, index) => setSource([bodyEl], nameOf(index), address));
-  sendPicturesAway();
+  sendingPictures(() => {
+    insertMarkup(addresses.map((address, index) => '<img src="' + nameOf(index) + '">').join(''));
+    addresses.forEach((address, index) => setSource([bodyEl], nameOf(index), address));
+  });
   finishEdit();
 }
 
@@ -73,7 +74,16 @@ function bytesOf(text) {
   return result;
 }
 
-function sendPicturesAway() {
+// Gives the host the pictures that the edit brings. The engine reports while it edits, so that reports
+// are held back from before it on.
+function sendingPictures(edit) {
+  holdReports();
+  edit();
+  sendPictures();
+  if (!picturesUnderWay.size) releaseReports();
+}
+
+function sendPictures() {
   const underWay = new Set(picturesUnderWay.values());
   for (const picture of bodyEl.querySelectorAll('img[src^="data:" i]')) {
     const data = picture.getAttribute('src');
@@ -81,7 +91,6 @@ function sendPicturesAway() {
     lastTicket += 1;
     underWay.add(data);
     picturesUnderWay.set(String(lastTicket), data);
-    holdReports();
     post('plimImage', JSON.stringify({ ticket: String(lastTicket), data }));
   }
 }

@@ -26,6 +26,7 @@ function notifyThrottled() {
 function cancelDebounce() {
   clearTimeout(debounceTimer);
   debounceTimer = null;
+  isReportHeld = false;
 }
 
 function notifyDebounced() {
