@@ -418,9 +418,8 @@ void RichTextEditorCoordinator::requestLinkAtCaret(std::function<void(const QStr
         QString address;
     };
     m_webView->evaluate(linkAtCaretScript,
-                        [question = std::make_shared<Question>(std::move(answer))](const QVariant &result) {
-                            question->address = textOf(result);
-                        });
+                        [question = std::make_shared<Question>(std::move(answer))](
+                            const QVariant &result) { question->address = textOf(result); });
 }
 
 void RichTextEditorCoordinator::flush()

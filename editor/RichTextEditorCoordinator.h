@@ -43,8 +43,8 @@ public:
     /// has taken the focus away, and the page restores its selection only while focused.
     void run(const EditorCommand &command);
 
-    /// Asks the page for the address of the link at its caret, as written; "" when there is none, or
-    /// no page to ask. Answered exactly once, unless the coordinator goes away first.
+    /// Asks the page for the address of the link at its caret, as written: "" without one, or without
+    /// a page to ask. Answered exactly once, also when the page or the coordinator goes away.
     void requestLinkAtCaret(std::function<void(const QString &address)> answer);
 
     /// The link under the pointer; empty when there is none, or none that would be opened.
