@@ -35,12 +35,10 @@ QString fileExtension(QStringView match)
     return u"png"_s;
 }
 
-std::optional<QByteArray> decodedPayload(QStringView match)
+constexpr QLatin1StringView payloadMark = "base64,"_L1;
+
+std::optional<QByteArray> decoded(QStringView payload)
 {
-    constexpr QLatin1StringView mark = "base64,"_L1;
-    QStringView payload = match.sliced(match.indexOf(mark) + mark.size());
-    const qsizetype doubleQuote = payload.lastIndexOf(u'"');
-    payload.truncate(doubleQuote >= 0 ? doubleQuote : payload.lastIndexOf(u'\''));
     payload = payload.trimmed();
     // Qt takes unpadded text too, but a picture that lost its end is better left where it is.
     constexpr qsizetype groupLength = 4;
@@ -51,6 +49,14 @@ std::optional<QByteArray> decodedPayload(QStringView match)
     if (!result)
         return std::nullopt;
     return std::move(*result);
+}
+
+std::optional<QByteArray> decodedPayload(QStringView match)
+{
+    QStringView payload = match.sliced(match.indexOf(payloadMark) + payloadMark.size());
+    const qsizetype doubleQuote = payload.lastIndexOf(u'"');
+    payload.truncate(doubleQuote >= 0 ? doubleQuote : payload.lastIndexOf(u'\''));
+    return decoded(payload);
 }
 
 /// Adds a tag with its inline pictures moved out; true when there were any.
@@ -92,6 +98,18 @@ MigratedHTML migrateImages(const QString &html, const QString &imagesDirectory)
             migrated.html += token.source;
     }
     return migrated;
+}
+
+std::optional<QUrl> storeInlineImage(const QString &address, const QString &imagesDirectory)
+{
+    const qsizetype mark = address.indexOf(payloadMark);
+    if (!address.startsWith("data:image/"_L1) || mark < 0 || imagesDirectory.isEmpty())
+        return std::nullopt;
+    const std::optional<QByteArray> data =
+        decoded(QStringView(address).sliced(mark + payloadMark.size()));
+    if (!data)
+        return std::nullopt;
+    return storeImageData(*data, fileExtension(QStringView(address).first(mark)), imagesDirectory);
 }
 
 std::optional<QUrl> storeImageData(const QByteArray &data, const QString &extension,

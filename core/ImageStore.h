@@ -18,6 +18,11 @@ struct MigratedHTML {
 /// stays.
 [[nodiscard]] MigratedHTML migrateImages(const QString &html, const QString &imagesDirectory);
 
+/// Writes a picture given as a base64 data address, as migrateImages does. Empty when it is none,
+/// or the disk refuses.
+[[nodiscard]] std::optional<QUrl> storeInlineImage(const QString &address,
+                                                   const QString &imagesDirectory);
+
 /// Writes a picture under a fresh name. Empty, and logged, when the disk refuses.
 [[nodiscard]] std::optional<QUrl> storeImageData(const QByteArray &data, const QString &extension,
                                                  const QString &imagesDirectory);

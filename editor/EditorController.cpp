@@ -34,6 +34,18 @@ void EditorController::runLink(const QString &url)
     run(EditorCommand::link(url));
 }
 
+void EditorController::requestLinkAtCaret()
+{
+    if (!m_coordinator) {
+        Q_EMIT linkAtCaretReady({});
+        return;
+    }
+    m_coordinator->requestLinkAtCaret([self = QPointer(this)](const QString &address) {
+        if (self)
+            Q_EMIT self->linkAtCaretReady(address);
+    });
+}
+
 void EditorController::focusEditor()
 {
     if (m_coordinator && m_coordinator->webView())

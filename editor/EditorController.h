@@ -32,6 +32,8 @@ public:
     Q_INVOKABLE void run(EditorCommand::Kind kind);
     Q_INVOKABLE void runHeading(int level);
     Q_INVOKABLE void runLink(const QString &url);
+    /// Answered by linkAtCaretReady, with "" when there is no link, or no page to ask.
+    Q_INVOKABLE void requestLinkAtCaret();
     /// Gives the keyboard back to the attached editor.
     Q_INVOKABLE void focusEditor();
 
@@ -40,6 +42,8 @@ public:
 Q_SIGNALS:
     void linkAtCaretReady(const QString &address);
     void formatStateChanged();
+    /// The address, as written, of the link that holds the editor's caret or selection.
+    void linkAtCaretReady(const QString &address);
 
 private:
     QPointer<RichTextEditorCoordinator> m_coordinator;

@@ -25,6 +25,7 @@ public:
     static EditorProfile *create(QQmlEngine *, QJSEngine *);
 
     /// Where notes keep their pictures; to be set before the first editor is made.
+    [[nodiscard]] QString imagesDirectory() const { return m_imagesDirectory; }
     void setImagesDirectory(const QString &directory) { m_imagesDirectory = directory; }
 
     [[nodiscard]] QQuickWebEngineProfile *profile();

@@ -12,6 +12,8 @@ Item {
     property alias value: coordinator.value
     property alias controller: coordinator.controller
     readonly property alias coordinator: coordinator
+    // Under the pointer, and one that Ctrl+click would open; empty otherwise.
+    readonly property url hoveredLink: coordinator.hoveredLink
 
     signal edited(noteID: var, html: string)
 
@@ -20,6 +22,7 @@ Item {
 
         webView: seam
         onChange: (noteID, html) => root.edited(noteID, html)
+        onLinkActivated: url => Qt.openUrlExternally(url)
     }
 
     EditorWebView {

@@ -1,11 +1,14 @@
 #include "editor/RichTextEditorCoordinator.h"
 
+#include "core/ImageStore.h"
 #include "core/Note.h"
 #include "core/NotificationCenter.h"
 #include "editor/EditorFlush.h"
 #include "editor/EditorLog.h"
 #include "editor/EditorPage.h"
+#include "editor/EditorProfile.h"
 #include "editor/MergedHTML.h"
+#include "editor/OpenableLink.h"
 #include "editor/ScriptLiteral.h"
 
 #include <QJsonDocument>
@@ -14,6 +17,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -26,6 +30,7 @@ constexpr auto calmAfter = 10s; ///< a page that lived this long does not count 
 const QString focusScript = u"window.focusBodyAtEnd && window.focusBodyAtEnd();"_s;
 const QString reportStateScript = u"window.reportFormatState && window.reportFormatState();"_s;
 const QString cancelDebounceScript = u"window.cancelDebounce && window.cancelDebounce();"_s;
+const QString linkAtCaretScript = u"window.linkAtCaret()"_s;
 const QString readHTMLScript = u"window.getComposedHTML()"_s;
 const QString isFocusedScript =
     u"document.activeElement === document.getElementById('title') || "
@@ -145,6 +150,7 @@ void RichTextEditorCoordinator::forgetPage()
     m_documentHTML.clear();
     m_storedHTML.clear();
     m_lastFontSize = -1.0;
+    setHoveredLink({});
 }
 
 // The page is gone with what it had not reported yet. A fresh one gets the last HTML that the host
@@ -285,6 +291,12 @@ void RichTextEditorCoordinator::receive(const QString &handler, const QString &b
     } else if (handler == "plimLog"_L1) {
         std::fputs(qPrintable(u"[PLIM-LOG] "_s + body + u'\n'), stdout);
         std::fflush(stdout);
+    } else if (handler == "plimLink"_L1) {
+        receiveLink(body);
+    } else if (handler == "plimHover"_L1) {
+        setHoveredLink(openableLink(body));
+    } else if (handler == "plimImage"_L1) {
+        receivePicture(body);
     }
 }
 
@@ -354,6 +366,60 @@ void RichTextEditorCoordinator::receiveFormatState(const QString &body)
         if (m_controller)
             m_controller->setFormatState(state);
     });
+}
+
+void RichTextEditorCoordinator::receiveLink(const QString &address)
+{
+    // The page looked at it already, but what runs there is not to be trusted.
+    const QUrl url = openableLink(address);
+    if (url.isEmpty())
+        qCInfo(editorLog) << "Plim: link not opened, scheme" << QUrl(address).scheme();
+    else
+        Q_EMIT linkActivated(url);
+}
+
+void RichTextEditorCoordinator::setHoveredLink(const QUrl &url)
+{
+    if (m_hoveredLink == url)
+        return;
+    m_hoveredLink = url;
+    Q_EMIT hoveredLinkChanged();
+}
+
+// The page shows the picture by its bytes until it is told the file. No address tells it that there
+// is none: the bytes stay in the note then, as they do when the page has gone on to another one.
+void RichTextEditorCoordinator::receivePicture(const QString &body)
+{
+    const QJsonObject message = QJsonDocument::fromJson(body.toUtf8()).object();
+    const QString ticket = message.value("ticket"_L1).toString();
+    if (ticket.isEmpty() || !m_webView)
+        return;
+    const std::optional<QUrl> url =
+        storeInlineImage(message.value("data"_L1).toString(),
+                         m_imagesDirectory.value_or(EditorProfile::shared().imagesDirectory()));
+    qCDebug(editorLog) << "picture" << (url ? "stored" : "kept in its note");
+    m_webView->evaluate(
+        pageCall(u"pictureStored", ticket, url ? url->toString(QUrl::FullyEncoded) : QString()));
+}
+
+void RichTextEditorCoordinator::requestLinkAtCaret(std::function<void(const QString &)> answer)
+{
+    if (!m_webView || !m_pageLoaded) {
+        answer({});
+        return;
+    }
+    // A page that goes away takes the question along; whoever asked is answered all the same.
+    struct Question {
+        explicit Question(std::function<void(const QString &)> f) : answer(std::move(f)) {}
+        ~Question() { answer(address); }
+        Q_DISABLE_COPY_MOVE(Question)
+
+        std::function<void(const QString &)> answer;
+        QString address;
+    };
+    m_webView->evaluate(linkAtCaretScript,
+                        [question = std::make_shared<Question>(std::move(answer))](
+                            const QVariant &result) { question->address = textOf(result); });
 }
 
 void RichTextEditorCoordinator::flush()

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
+#include <QUrl>
 #include <QUuid>
 #include <qqmlregistration.h>
 
@@ -24,6 +25,7 @@ class RichTextEditorCoordinator : public QObject
     Q_PROPERTY(EditorWebView *webView READ webView WRITE setWebView NOTIFY webViewChanged)
     Q_PROPERTY(EditorController *controller READ controller WRITE setController NOTIFY controllerChanged)
     Q_PROPERTY(RichTextEditor value READ value WRITE update NOTIFY valueChanged)
+    Q_PROPERTY(QUrl hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
 
 public:
     explicit RichTextEditorCoordinator(QObject *parent = nullptr);
@@ -41,6 +43,16 @@ public:
     /// has taken the focus away, and the page restores its selection only while focused.
     void run(const EditorCommand &command);
 
+    /// Asks the page for the address of the link at its caret, as written: "" without one, or without
+    /// a page to ask. Answered exactly once, also when the page or the coordinator goes away.
+    void requestLinkAtCaret(std::function<void(const QString &address)> answer);
+
+    /// The link under the pointer; empty when there is none, or none that would be opened.
+    [[nodiscard]] const QUrl &hoveredLink() const { return m_hoveredLink; }
+
+    /// Where pictures that come into the page are kept; that of the shared profile unless set.
+    void setImagesDirectory(const QString &directory) { m_imagesDirectory = directory; }
+
     /// The note whose content is in the page.
     [[nodiscard]] std::optional<QUuid> loadedNoteID() const { return m_loadedNoteID; }
 
@@ -49,6 +61,9 @@ Q_SIGNALS:
     void change(const QUuid &noteID, const QString &html);
     /// The page now holds the note's content.
     void shown(const QUuid &noteID);
+    /// The user asked for the link to be opened, and it may be.
+    void linkActivated(const QUrl &url);
+    void hoveredLinkChanged();
     void webViewChanged();
     void controllerChanged();
     void valueChanged();
@@ -71,6 +86,9 @@ private:
     void receive(const QString &handler, const QString &body);
     void receiveChange(const QString &body);
     void receiveFormatState(const QString &body);
+    void receiveLink(const QString &address);
+    void receivePicture(const QString &body);
+    void setHoveredLink(const QUrl &url);
     void take(const QUuid &noteID, const QString &html);
     void learn(const QUuid &noteID, const QString &html);
     void flush();
@@ -78,6 +96,8 @@ private:
 
     QPointer<EditorWebView> m_webView;
     QPointer<EditorController> m_controller;
+    std::optional<QString> m_imagesDirectory;
+    QUrl m_hoveredLink;
     RichTextEditor m_value;                ///< what the view currently asks for
     std::optional<QUuid> m_loadedNoteID;
     QString m_documentHTML;                ///< what the host believes the page holds

@@ -171,6 +171,24 @@ private Q_SLOTS:
         QCOMPARE(content(url.replace(u"&amp;"_s, u"&"_s)), picture);
     }
 
+    void oneInlinePictureIsStoredTheSameWay()
+    {
+        const QTemporaryDir images;
+        // The name goes by the kind it says, not by what its letters happen to spell.
+        const QByteArray data = QByteArray::fromBase64("gifjpegw");
+        const std::optional<QUrl> url =
+            storeInlineImage(u"data:image/png;base64,gifjpegw"_s, images.path());
+        QVERIFY(url);
+        QCOMPARE(QFileInfo(url->fileName()).suffix(), u"png"_s);
+        QCOMPARE(content(url->toString(QUrl::FullyEncoded)), data);
+        for (const QString &address :
+             {u""_s, u"data:text/html;base64,AAAA"_s, u"data:image/png;base64,AA*A"_s,
+              u"data:image/png,AAAA"_s, u"file:///etc/passwd"_s})
+            QVERIFY(!storeInlineImage(address, images.path()));
+        QVERIFY(!storeInlineImage(u"data:image/png;base64,AAAA"_s, {}));
+        QCOMPARE(QDir(images.path()).entryList(QDir::Files).size(), 1);
+    }
+
     void whatCannotBeWrittenStaysInline()
     {
         const QTemporaryDir parent;

@@ -71,6 +71,13 @@ Rule heading(const QString &selector, const QString &scale, int weight, const QS
              u"margin: "_s + margin}};
 }
 
+/// Numbered lists with that many items make room for their numbers.
+Rule wideNumbers(int count, const QString &width)
+{
+    return {u"#body ol > li:nth-last-child(n+%1), #body ol > li:nth-last-child(n+%1) ~ li"_s.arg(count),
+            {u"margin-left: max(0px, %1 - 24px)"_s.arg(width)}};
+}
+
 /// How the page looks, with the text size and right padding given.
 std::vector<Rule> expectedRules(const QString &base, const QString &rightPadding)
 {
@@ -128,7 +135,8 @@ std::vector<Rule> expectedRules(const QString &base, const QString &rightPadding
     };
 }
 
-/// What a page may add to the rules above: lists in lists, and items whose words stand in a line.
+/// What a page may add to the rules above: lists in lists, items whose words stand in a line, wide
+/// numbers, the hand over a link.
 bool isRefinement(const Rule &rule)
 {
     static const std::vector<Rule> refinements{
@@ -136,6 +144,9 @@ bool isRefinement(const Rule &rule)
         {u"#body ul.checklist > li"_s,
          {u"display: block"_s, u"position: relative"_s, u"padding-left: 1.5em"_s}},
         {u"#body ul.checklist > li > .chk"_s, {u"position: absolute"_s, u"left: 0"_s, u"top: 0"_s}},
+        {u":root.opens-links #title a, :root.opens-links #body a"_s, {u"cursor: pointer"_s}},
+        wideNumbers(10, u"1.75em"_s),
+        wideNumbers(100, u"2.4em"_s),
         {u"#title"_s, {u"max-height: 45%"_s, u"overflow-x: hidden"_s, u"overflow-y: auto"_s}},
     };
     return std::ranges::find(refinements, rule) != refinements.end();
@@ -254,7 +265,8 @@ private Q_SLOTS:
         const QString script = editorChannelScript();
         QVERIFY(script.contains(u"QWebChannel"_s));
         QVERIFY(script.endsWith(resource(u"channel.js"_s)));
-        for (const QString &handler : {u"plim:"_s, u"plimState:"_s, u"plimLog:"_s})
+        for (const QString &handler : {u"plim:"_s, u"plimState:"_s, u"plimLog:"_s, u"plimLink:"_s,
+                                       u"plimHover:"_s, u"plimImage:"_s})
             QVERIFY(resource(u"channel.js"_s).contains(handler));
     }
 };

@@ -3,6 +3,7 @@
 #include "core/app/Platform.h"
 #include "editor/ScriptLiteral.h"
 
+#include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
@@ -22,8 +23,21 @@ Q_IMPORT_QML_PLUGIN(Plim_ShellPlugin)
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+OpenedLinks::OpenedLinks()
+{
+    for (const QString &scheme : {u"http"_s, u"https"_s, u"mailto"_s, u"file"_s, u"data"_s, u"ftp"_s, u"tel"_s})
+        QDesktopServices::setUrlHandler(scheme, this, "take");
+}
+
+std::vector<QUrl> &PageFixture::openedLinks()
+{
+    static auto *links = new OpenedLinks; // for as long as the process: the desktop keeps hold of it
+    return links->urls;
+}
+
 PageFixture::PageFixture()
 {
+    openedLinks().clear();
     m_view.engine()->addImportPath(u":/qt/qml"_s);
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.resize(500, 400);

@@ -4,11 +4,26 @@
 
 #include <QQuickView>
 #include <QString>
+#include <QUrl>
 #include <QUuid>
 #include <QVariant>
 
 #include <memory>
 #include <vector>
+
+/// What the program asked the desktop to open, of any kind that a note could ask for.
+class OpenedLinks : public QObject
+{
+    Q_OBJECT
+
+public:
+    OpenedLinks();
+
+    std::vector<QUrl> urls;
+
+public Q_SLOTS:
+    void take(const QUrl &url) { urls.push_back(url); }
+};
 
 /// One editor in a window of its own, with the real page in the real engine.
 ///
@@ -55,6 +70,9 @@ public:
     [[nodiscard]] RichTextEditorCoordinator &coordinator() { return *m_coordinator; }
     [[nodiscard]] QQuickView &view() { return m_view; }
     [[nodiscard]] QQuickItem *webEngineView() const;
+
+    /// Takes the place of the desktop: no test starts a browser.
+    [[nodiscard]] static std::vector<QUrl> &openedLinks();
 
     std::vector<Change> changes;
     std::vector<QString> logs;

@@ -95,6 +95,7 @@ window.play = (seed, stepCount) => {
     bodyEl.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true, cancelable: true }));
   };
   const words = ['milk', 'tea', 'żółw', 'a<b', '&amp;', 'style="x"', 'class=\'y\'', '<div>'];
+  const GIF = 'R0lGODlhAQABAAAAACw=';
   const isCollapsed = () => document.getSelection().isCollapsed;
 
   // Each: name, how often, whether it may take text away or bring some, what it does.
@@ -128,6 +129,9 @@ window.play = (seed, stepCount) => {
     ['paste wrappers', 1, true, () => paste('<div>one</div><div style="font-weight:bold">two</div><span>three</span>', 'one\ntwo')],
     ['paste checklist', 1, true, () => paste('<ul class="checklist"><li class="checked"><span class="chk checked" contenteditable="false"></span>done</li>'
       + '<li><span class="chk" contenteditable="false"></span>open</li></ul>', 'done\nopen')],
+    ['picture', 1, true, () => insertPictures([new File([Uint8Array.from(atob(GIF), c => c.charCodeAt(0))], 'a.gif', { type: 'image/gif' })])],
+    ['paste picture', 1, true, () => paste('<p>one<img src="data:image/gif;base64,' + GIF + '" width="3"></p><p>two</p>', 'one\ntwo')],
+    ['new address', 1, true, () => runCommand('createLink', 'example.org')],
     ['undo', 1, true, () => runCommand('undo')],
     ['redo', 1, true, () => runCommand('redo')],
   ];

@@ -29,6 +29,8 @@ private Q_SLOTS:
     void caretGoesWhereTheUserWillType_data();
     void caretGoesWhereTheUserWillType();
     void fontSizeIsTheBase();
+    void numbersOfListsAreWhole_data();
+    void numbersOfListsAreWhole();
     void loadingReportsTheNormalizedForm();
     void cancelledReportIsNotSent();
     void flushSendsAtOnce();
@@ -278,6 +280,37 @@ void TestPageContent::loadingReportsTheNormalizedForm()
     QTRY_COMPARE(m_page.changes.size(), 1U);
     QCOMPARE(m_page.changes[0].noteID, other);
     QCOMPARE(m_page.changes[0].html, u"<h1>T</h1><p>a</p>"_s);
+}
+
+void TestPageContent::numbersOfListsAreWhole_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<double>("fontSize");
+    for (const int count : {1, 9, 10, 48, 99, 100, 488}) {
+        for (const double fontSize : {12.0, 15.0, 19.0})
+            QTest::addRow("%d items, %g px", count, fontSize) << count << fontSize;
+    }
+}
+
+/// Nothing to the left of the body is drawn: the widest number has to find room within it.
+void TestPageContent::numbersOfListsAreWhole()
+{
+    QFETCH(int, count);
+    QFETCH(double, fontSize);
+    m_page.load(u"<ol>"_s + u"<li>a</li>"_s.repeated(count) + u"</ol><ul><li>b</li></ul>"_s);
+    m_page.js(u"setFontSize(%1)"_s.arg(fontSize));
+    const QVariantList widths = m_page.js(u"(() => { const probe = document.createElement('span'); probe.style.cssText = 'position: absolute; white-space: pre'; document.body.append(probe); "
+                                          "const width = n => { probe.textContent = n + '. '; return probe.getBoundingClientRect().width; }; "
+                                          "const items = [...bodyEl.querySelectorAll('ol > li')]; const widest = Math.max(...items.map((item, i) => width(i + 1))); "
+                                          "probe.remove(); const left = bodyEl.getBoundingClientRect().left; const rooms = items.map(item => item.getBoundingClientRect().left - left); "
+                                          "return [widest, Math.min(...rooms), Math.max(...rooms), bodyEl.querySelector('ul > li').getBoundingClientRect().left - left]; })()"_s).toList();
+    QCOMPARE(widths.size(), 4);
+    QVERIFY2(widths[0].toDouble() <= widths[1].toDouble(), qPrintable(u"%1 in %2"_s.arg(widths[0].toDouble()).arg(widths[1].toDouble())));
+    QCOMPARE(widths[1].toDouble(), widths[2].toDouble()); // all items of a list in one line
+    QCOMPARE(widths[3].toDouble(), 24.0);
+    if (count < 10)
+        QCOMPARE(widths[1].toDouble(), 24.0);
+    m_page.js(u"setFontSize(15)"_s);
 }
 
 void TestPageContent::cancelledReportIsNotSent()

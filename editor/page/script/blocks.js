@@ -103,8 +103,7 @@ function moveToList(line, tag) {
 // Takes the item into a new list of its own, between the items above and below it.
 function partList(item, between) {
   const list = item.parentElement;
-  const following = list.cloneNode(false);
-  while (item.nextSibling) following.append(item.nextSibling);
+  const following = takeItemsBelow(item);
   list.after(between);
   if (following.hasChildNodes()) between.after(following);
   between.append(item);

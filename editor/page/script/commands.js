@@ -18,6 +18,7 @@ function setContent(html) {
   const { scrollTop } = bodyEl;
   savedRange = null;
   savedEl = bodyEl;
+  hover(null, false);
   fill(titleEl, title);
   fill(bodyEl, body);
   sanitizeCurrentBody();
@@ -32,7 +33,8 @@ function fill(region, html) {
 }
 
 function runCommand(name, value) {
-  if (name === 'createLink' && !isHarmlessLink(value || '')) return;
+  const address = name === 'createLink' ? addressFrom(value || '') : null;
+  if (name === 'createLink' && address === null) return;
   if (savedEl === titleEl && BLOCK_COMMANDS.includes(name)) placeCaretAtStart(bodyEl); else restoreSelection();
   if (name === 'undo' || name === 'redo') {
     runHistory(name === 'undo');
@@ -40,8 +42,9 @@ function runCommand(name, value) {
   }
   beginStep();
   sanitizeCurrentBody();
-  if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value); else document.execCommand(name, false, value === undefined ? null : value);
-  if (name === 'createLink' && currentRange()) document.getSelection().collapseToEnd(); // typing goes on behind it
+  if (BLOCK_COMMANDS.includes(name)) runBlockCommand(name, value);
+  else if (address !== null) createLink(address);
+  else document.execCommand(name, false, value === undefined ? null : value);
   tidyBody();
   saveSelection();
   notifyChange();
@@ -57,7 +60,7 @@ function insertHTML(html) {
   beginStep();
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
   settleCaret();
-  insertIntoBody(makeHarmless(parseInert(markup)).innerHTML);
+  sendingPictures(() => insertIntoBody(makeHarmless(parseInert(markup)).innerHTML));
   finishEdit();
   reportSoon(REPORT_AFTER_COMMAND);
 }
@@ -79,8 +82,8 @@ function insertIntoBody(html) {
   const list = item.parentElement;
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
-  const following = makeChecklist(...rest.hasChildNodes() ? [makeItem(...rest.childNodes)] : []);
-  while (item.nextSibling) following.append(item.nextSibling);
+  const following = takeItemsBelow(item);
+  if (rest.hasChildNodes()) following.prepend(makeItem(...rest.childNodes));
   const divider = document.createElement('hr');
   list.after(divider);
   ensureTypingTarget(item);
@@ -121,9 +124,11 @@ Object.assign(window, {
   focusBodyAtEnd,
   setContent,
   setFontSize(px) { document.documentElement.style.setProperty('--base', px + 'px'); },
-  flushNow: notifyChange,
+  flushNow: sendChange,
   reportFormatState,
   toggleChecklist,
   runCommand,
+  linkAtCaret,
   insertHTML,
+  pictureStored,
 });

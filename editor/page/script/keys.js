@@ -95,13 +95,9 @@ function leaveChecklist(item) {
   const paragraph = document.createElement('p');
   paragraph.append(rest);
   if (isHollow(paragraph)) paragraph.append(document.createElement('br'));
-  const following = [];
-  while (item.nextSibling) {
-    following.push(item.nextSibling);
-    item.nextSibling.remove();
-  }
+  const following = takeItemsBelow(item);
   list.after(paragraph);
-  if (following.length) paragraph.after(makeChecklist(...following));
+  if (following.hasChildNodes()) paragraph.after(following);
   if (isBlankText(item.textContent) && !item.querySelector('img, hr')) item.remove(); else ensureTypingTarget(item);
   if (!list.querySelector('li')) list.remove();
   placeCaretAtEndPersistent(paragraph);
@@ -126,10 +122,9 @@ function dropEmptyNodes(fragment) {
 // In this engine Backspace at the start of a checklist item, and at some places beside one, does nothing
 // (the box, which cannot be edited, is in the way), and Delete at its end leaves the joined item
 // without a box. Both are done here, whichever key or gesture asked for them.
-function onBeforeInput(event) {
-  if (event.isComposing || !event.inputType.startsWith('delete')) return;
+function deleteAtCaret(event) {
   const range = currentRange();
-  if (!range || !range.collapsed) return;
+  if (!range) return;
   beginStep('deleting');
   const isHandled = event.inputType.endsWith('Forward') ? deleteAtLineEnd(range) : deleteAtLineStart(range);
   if (!isHandled) return;

@@ -35,6 +35,13 @@ function onTabInItem(event) {
   reportSoon(REPORT_AFTER_COMMAND);
 }
 
+// The items below this one, in a list of their own that stands nowhere yet; it may be empty.
+function takeItemsBelow(item) {
+  const list = item.parentElement.cloneNode(false);
+  while (item.nextSibling) list.append(item.nextSibling);
+  return list;
+}
+
 function isSameKind(list, other) {
   return Boolean(other) && other.tagName === list.tagName && other.matches('.checklist') === list.matches('.checklist');
 }
@@ -58,8 +65,7 @@ function indentItem(item) {
 function outdentItem(item) {
   const list = item.parentElement;
   const outer = list.parentElement;
-  const following = list.cloneNode(false);
-  while (item.nextSibling) following.append(item.nextSibling);
+  const following = takeItemsBelow(item);
   let moved = item;
   if (outer.matches('ul, ol')) {
     list.after(item);

@@ -18,12 +18,18 @@ function takeOver(event, data, region) {
     notifyChange();
     return;
   }
+  const pictures = picturesOf(data);
+  if (pictures.length && isPictureAlone(html, plain)) {
+    event.preventDefault();
+    insertPictures(pictures);
+    return;
+  }
   const clean = isBlankText(html) ? '' : sanitizeHTML(html);
   const isMarkup = !isBlankText(clean) && (PASTED_MARKUP.test(clean) || !plain);
   if (!isMarkup && !plain) return;
   event.preventDefault();
   beginStep();
-  if (isMarkup) insertMarkup(sanitizeLines(html)); else insertLines(plain);
+  if (isMarkup) sendingPictures(() => insertMarkup(sanitizeLines(html))); else insertLines(plain);
   finishEdit();
 }
 
@@ -114,11 +120,23 @@ function handleDrop(event) {
   const region = event.currentTarget;
   if (isOwnDrag && region === bodyEl) return; // the engine moves it, and the input event tidies
   event.preventDefault();
-  if (!event.dataTransfer || event.dataTransfer.files.length) return;
+  if (!event.dataTransfer) return;
+  const pictures = region === bodyEl ? picturesOf(event.dataTransfer) : [];
+  if (event.dataTransfer.files.length && !pictures.length) return;
   const range = document.caretRangeFromPoint(event.clientX, event.clientY);
   if (range && region.contains(range.startContainer)) {
     region.focus();
     select(range);
   }
-  takeOver(event, event.dataTransfer, region);
+  if (pictures.length) insertPictures(pictures); else takeOver(event, event.dataTransfer, region);
+}
+
+// Files other than pictures are refused, and so is any file over the title: with the cursor that
+// says so, before it is let go.
+function handleDragOver(event) {
+  if (!event.dataTransfer.types.includes('Files')) return;
+  event.preventDefault();
+  const isOverBody = bodyEl.contains(event.target);
+  if (isOverBody && isOwnDrag) return; // the engine moves it
+  event.dataTransfer.dropEffect = isOverBody && bringsPictures(event.dataTransfer) ? 'copy' : 'none';
 }

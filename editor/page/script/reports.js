@@ -8,6 +8,11 @@ function composeHTML() {
 }
 
 function notifyChange() {
+  if (holdTimer === null) sendChange(); else isReportHeld = true;
+}
+
+function sendChange() {
+  isReportHeld = false;
   post('plim', JSON.stringify({ id: currentNoteID, html: composeHTML() }));
 }
 
@@ -21,6 +26,7 @@ function notifyThrottled() {
 function cancelDebounce() {
   clearTimeout(debounceTimer);
   debounceTimer = null;
+  isReportHeld = false;
 }
 
 function notifyDebounced() {
@@ -33,9 +39,20 @@ function notifyDebounced() {
 
 // What waits for its timer is sent now: the next key may belong to another editor of this note.
 function notifyPending() {
-  if (debounceTimer === null) return;
+  if (debounceTimer === null && !isReportHeld) return;
   cancelDebounce();
-  notifyChange();
+  sendChange();
+}
+
+// Reports wait for what the host is about to answer, but not for long, whether it does or not.
+function holdReports() {
+  if (holdTimer === null) holdTimer = setTimeout(releaseReports, REPORT_PATIENCE);
+}
+
+function releaseReports() {
+  clearTimeout(holdTimer);
+  holdTimer = null;
+  if (isReportHeld) sendChange();
 }
 
 function reportFormatState() {

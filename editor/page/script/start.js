@@ -7,7 +7,7 @@ const observer = new MutationObserver(notifyDebounced);
 function attachRegions() {
   for (const region of [titleEl, bodyEl]) {
     observer.observe(region, { childList: true, attributes: true, characterData: true, subtree: true });
-    region.addEventListener('beforeinput', prepareInput);
+    region.addEventListener('beforeinput', onBeforeInput);
     region.addEventListener('input', onInput);
     region.addEventListener('keydown', onHistoryKey);
     region.addEventListener('compositionend', onCompositionEnd);
@@ -18,26 +18,30 @@ function attachRegions() {
   }
   titleEl.addEventListener('keydown', onTitleKey);
   bodyEl.addEventListener('keydown', onBodyKey);
-  bodyEl.addEventListener('beforeinput', onBeforeInput);
   bodyEl.addEventListener('mousedown', event => {
     if (event.target.classList.contains('chk')) event.preventDefault();
   });
   bodyEl.addEventListener('click', onBoxClick);
 }
 
-// Runs before the engine edits by itself; deleting within the body is looked at once more after it.
-function prepareInput(event) {
+// Runs before the engine edits by itself.
+function onBeforeInput(event) {
+  const isInBody = event.currentTarget === bodyEl;
   const range = currentRange();
   const isRange = Boolean(range && !range.collapsed);
   isPlainTyping = event.inputType === 'insertText' && !isRange;
   if (onHistoryInput(event)) return;
-  if (event.currentTarget === bodyEl && !event.isComposing) settleCaret();
-  if (event.currentTarget === bodyEl && event.inputType === 'insertText') leaveNextLineOut();
+  if (isInBody && !event.isComposing) settleCaret();
+  if (isInBody && event.inputType === 'insertText') leaveNextLineOut();
   const isTyping = event.inputType === 'insertText' || event.inputType === 'insertCompositionText';
   const isDeleting = event.inputType.startsWith('delete') && !isRange;
   if (event.isComposing && stepKind === 'typing') return; // one composed text is never parted
   if (event.inputType === 'insertFromDrop' && isOwnDrag) return; // a step began where it was taken from
-  if (!isDeleting || event.currentTarget === titleEl) beginStep(isTyping && !isRange ? 'typing' : isDeleting ? 'deleting' : null);
+  if (isDeleting && isInBody) {
+    if (!event.isComposing) deleteAtCaret(event);
+    return;
+  }
+  beginStep(isTyping && !isRange ? 'typing' : isDeleting ? 'deleting' : null);
   if (isTyping) stepKind = 'typing';
 }
 
@@ -69,16 +73,24 @@ document.addEventListener('selectionchange', () => {
 });
 document.addEventListener('dragstart', () => { isOwnDrag = true; });
 document.addEventListener('dragend', () => { isOwnDrag = false; });
-document.addEventListener('dragover', event => {
-  if (event.dataTransfer.types.includes('Files')) event.preventDefault();
-});
+document.addEventListener('dragover', handleDragOver);
 document.addEventListener('drop', event => {
   if (!regionOf(event.target)) event.preventDefault();
 });
+document.addEventListener('click', onLinkClick, true);
+document.addEventListener('auxclick', onLinkClick, true);
+for (const type of ['mouseover', 'mousemove']) { // the former also when the text moves under the pointer
+  document.addEventListener(type, event => hover(linkOf(event.target), asksToOpen(event)), true);
+}
+document.documentElement.addEventListener('mouseleave', () => hover(null, false));
+for (const type of ['keydown', 'keyup']) document.addEventListener(type, onOpeningKey, true);
 document.addEventListener('wheel', event => {
   if (event.ctrlKey) event.preventDefault(); // the text size is the note's own
 }, { passive: false });
-window.addEventListener('blur', notifyPending);
+window.addEventListener('blur', () => {
+  showOpening(false);
+  notifyPending();
+});
 
 // A line is a paragraph: the engine's own choice, a div, is what cleaning unwraps.
 document.execCommand('defaultParagraphSeparator', false, 'p');

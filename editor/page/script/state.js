@@ -8,10 +8,13 @@ let currentNoteID = null; // whose content the page shows, set by the host befor
 let debounceTimer = null; // pending change notification
 let throttleClock = 0; // ms, time of the last throttled notification
 let reportTimer = null; // pending format report
+let holdTimer = null; // while it runs, change notifications are held back
+let isReportHeld = false; // one was
 
 const CHANGE_DEBOUNCE = 120;
 const INPUT_THROTTLE = 80;
 const COMPOSITION_DELAY = 10;
+const REPORT_PATIENCE = 1000;
 const REPORT_DEBOUNCE = 80;
 const REPORT_AFTER_COMMAND = 30;
 const FOCUS_DELAY = 30;
