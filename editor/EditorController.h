@@ -37,10 +37,7 @@ public:
     /// Gives the keyboard back to the attached editor.
     Q_INVOKABLE void focusEditor();
 
-    Q_INVOKABLE void requestLinkAtCaret() { Q_EMIT linkAtCaretReady({}); }
-
 Q_SIGNALS:
-    void linkAtCaretReady(const QString &address);
     void formatStateChanged();
     /// The address, as written, of the link that holds the editor's caret or selection.
     void linkAtCaretReady(const QString &address);

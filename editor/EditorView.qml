@@ -54,8 +54,8 @@ Item {
         function onEdited(noteID, html) {
             root.edited(noteID, html);
         }
-        function onHoveredLinkChanged() {
-            if (String(editor.item.hoveredLink) !== "")
+        function onLinkHovered(link) {
+            if (String(link) !== "")
                 HelpTip.showAtPointer(editor, L10n.openLinkHint);
             else
                 HelpTip.hide(editor);

@@ -19,7 +19,7 @@ AlertDialog {
     title: L10n.insertLink
     message: L10n.enterURL
     firstFocus: field
-    onAboutToShow: field.selectAll()
+    onOpened: field.selectAll()
 
     content: T.TextField {
         id: field

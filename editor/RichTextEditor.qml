@@ -4,6 +4,7 @@ import QtQuick
 import QtWebChannel // qmllint disable import
 import QtWebEngine
 import Plim.Editor
+import Plim.Shell
 
 // The editor page in its web view. What happens between page and store is the coordinator's.
 Item {
@@ -12,16 +13,20 @@ Item {
     property alias value: coordinator.value
     property alias controller: coordinator.controller
     readonly property alias coordinator: coordinator
-    // Under the pointer, and one that Ctrl+click would open; empty otherwise.
-    readonly property url hoveredLink: coordinator.hoveredLink
 
     signal edited(noteID: var, html: string)
+    // The pointer came over a link that Ctrl+click would open; an empty one: it left it.
+    signal linkHovered(link: url)
+
+    Accessible.role: Accessible.Document
+    Accessible.name: L10n.noteText
 
     RichTextEditorCoordinator {
         id: coordinator
 
         webView: seam
         onChange: (noteID, html) => root.edited(noteID, html)
+        onHoveredLinkChanged: root.linkHovered(coordinator.hoveredLink)
         onLinkActivated: url => Qt.openUrlExternally(url)
     }
 

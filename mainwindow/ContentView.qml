@@ -40,6 +40,11 @@ Window {
     }
     Shortcut {
         sequence: "Esc"
+        enabled: root.content.reordering.state.isDragging
+        onActivated: root.content.reordering.cancelDrag()
+    }
+    Shortcut {
+        sequence: "Esc"
         enabled: root.isSelectionMode && !sidebar.deleteDialog.opened && !deleteAllDialog.opened
         onActivated: root.content.multiSelection.end()
     }

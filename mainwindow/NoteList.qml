@@ -202,6 +202,16 @@ FocusScope {
             gesture.follow();
         }
     }
+    // Given up from elsewhere: what the pointer still does is no drag any more.
+    Connections {
+        target: root.content.reordering.state
+        enabled: gesture.active
+
+        function onDraggedIDChanged() {
+            if (!root.content.reordering.state.isDragging)
+                gesture.noteID = "";
+        }
+    }
     Connections {
         target: root.content.notes
         enabled: gesture.active

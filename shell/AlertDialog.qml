@@ -24,7 +24,7 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onOpened: root.firstFocus.forceActiveFocus(Qt.PopupFocusReason)
+    onAboutToShow: root.firstFocus.focus = true // at once: a key may be under way already
 
     T.Overlay.modal: Rectangle {
         radius: Theme.windowRadius
@@ -52,6 +52,7 @@ T.Popup {
         border.color: Theme.sheetBorder
     }
     contentItem: FocusScope { // qmllint disable deferred-property-id
+        focus: true
         Accessible.role: Accessible.Dialog
         Accessible.name: root.title
         Accessible.description: root.message

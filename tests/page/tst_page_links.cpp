@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     QPoint place(const QString &selector);
     void moveTo(const QPoint &point);
-    QUrl hovered() { return m_page.view().rootObject()->property("hoveredLink").toUrl(); }
+    QUrl hovered() { return m_page.coordinator().hoveredLink(); }
 
     PageFixture m_page;
 };
