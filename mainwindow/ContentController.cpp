@@ -276,7 +276,8 @@ void ContentController::showRequested(const QUuid &noteID)
     showInItsTab(*note);
     m_selection.setSelectedNoteID(noteID);
     if (QWindow *window = mainWindow()) {
-        window->show();
+        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+        window->setVisible(true); // show() would undo a maximised window
         window->raise();
         window->requestActivate();
     }

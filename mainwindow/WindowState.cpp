@@ -60,15 +60,25 @@ void WindowState::setWindow(QQuickWindow *window)
     if (m_window)
         m_window->disconnect(this);
     m_window = window;
-    if (m_window) {
-        restore();
-        for (const auto signal : {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged,
-                                  &QWindow::heightChanged})
-            connect(m_window, signal, this, &WindowState::remember);
-        connect(m_window, &QWindow::windowStateChanged, this, &WindowState::remember);
-    }
-    Q_EMIT
-    windowChanged();
+    if (m_window && !m_isBeingMade)
+        take();
+    Q_EMIT windowChanged();
+}
+
+void WindowState::componentComplete()
+{
+    m_isBeingMade = false;
+    if (m_window)
+        take();
+}
+
+void WindowState::take()
+{
+    restore();
+    for (const auto signal : {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged,
+                              &QWindow::heightChanged})
+        connect(m_window, signal, this, &WindowState::remember);
+    connect(m_window, &QWindow::windowStateChanged, this, &WindowState::remember);
 }
 
 std::optional<QRect> WindowState::visibleFrame(const QRect &frame, const QList<QRect> &screens,

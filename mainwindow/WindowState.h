@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQmlParserStatus>
 #include <QQuickWindow>
 #include <QRect>
 #include <QSettings>
@@ -11,9 +12,10 @@
 
 /// Remembers where a window was and how large. That is the program's state and not the user's
 /// configuration, so it lies apart from the settings.
-class WindowState : public QObject
+class WindowState : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
+    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
     Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged)
 
@@ -22,7 +24,8 @@ public:
     ~WindowState() override;
 
     [[nodiscard]] QQuickWindow *window() const { return m_window; }
-    /// Puts the window where it was last time, if it can be seen there.
+    /// The window is put where it was last time, if it can be seen there; in a view, once the
+    /// view's own values are in place.
     void setWindow(QQuickWindow *window);
 
     [[nodiscard]] static QString stateFile();
@@ -31,10 +34,14 @@ public:
     [[nodiscard]] static std::optional<QRect>
     visibleFrame(const QRect &frame, const QList<QRect> &screens, QSize minimum);
 
+    void classBegin() override { m_isBeingMade = true; }
+    void componentComplete() override;
+
 Q_SIGNALS:
     void windowChanged();
 
 private:
+    void take();
     void restore();
     void remember();
     void write();
@@ -42,5 +49,6 @@ private:
     QPointer<QQuickWindow> m_window;
     QRect m_frame; ///< when not maximised
     bool m_isMaximized = false;
+    bool m_isBeingMade = false;
     QTimer m_write;
 };
