@@ -107,8 +107,12 @@ void WindowState::restore()
     m_isMaximized = settings.value(maximizedKey).toBool();
     if (frame)
         m_window->setGeometry(*frame);
-    if (m_isMaximized)
-        m_window->setWindowStates(Qt::WindowMaximized);
+    if (!m_isMaximized)
+        return;
+    // A view settles its window's state itself when it is complete, so this waits until it is shown.
+    connect(
+        m_window, &QWindow::visibleChanged, this,
+        [this] { m_window->setWindowStates(Qt::WindowMaximized); }, Qt::SingleShotConnection);
 }
 
 void WindowState::remember()
