@@ -33,11 +33,9 @@ void DeletionUndo::offer(const QList<PlacedNote> &notes)
     m_notes = notes;
     m_count = int(notes.size());
     m_end.start();
-    Q_EMIT
-    textChanged();
+    Q_EMIT textChanged();
     if (!wasOffered)
-        Q_EMIT
-    isOfferedChanged();
+        Q_EMIT isOfferedChanged();
 }
 
 bool DeletionUndo::applyEdit(const QUuid &noteID, const QString &html)
@@ -57,14 +55,12 @@ void DeletionUndo::undo()
     if (notes.isEmpty())
         return;
     m_end.stop();
-    Q_EMIT
-    isOfferedChanged();
+    Q_EMIT isOfferedChanged();
     m_store.reinsertNotes(notes);
     QList<QUuid> noteIDs;
     for (const PlacedNote &placed : notes)
         noteIDs << placed.note.id;
-    Q_EMIT
-    restored(noteIDs);
+    Q_EMIT restored(noteIDs);
 }
 
 void DeletionUndo::dismiss()
@@ -73,6 +69,5 @@ void DeletionUndo::dismiss()
         return;
     m_end.stop();
     m_notes.clear();
-    Q_EMIT
-    isOfferedChanged();
+    Q_EMIT isOfferedChanged();
 }

@@ -80,10 +80,9 @@ void SidebarReordering::commitDrop(int index)
     if (others.isEmpty())
         return;
     if (index >= 1 && index >= others.size())
-        Q_EMIT
-    moveToEndRequested(*draggedID);
-    else Q_EMIT
-    moveRequested(*draggedID, others[std::max(index, 0)]);
+        Q_EMIT moveToEndRequested(*draggedID);
+    else
+        Q_EMIT moveRequested(*draggedID, others[std::max(index, 0)]);
 }
 
 QList<QUuid> SidebarReordering::others() const
@@ -124,8 +123,7 @@ void SidebarReordering::placeLine()
         return;
     m_topLineID = top;
     m_bottomLineID = bottom;
-    Q_EMIT
-    dropIndicatorChanged();
+    Q_EMIT dropIndicatorChanged();
 }
 
 void SidebarReordering::clear()

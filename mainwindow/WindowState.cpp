@@ -67,8 +67,7 @@ void WindowState::setWindow(QQuickWindow *window)
             connect(m_window, signal, this, &WindowState::remember);
         connect(m_window, &QWindow::windowStateChanged, this, &WindowState::remember);
     }
-    Q_EMIT
-    windowChanged();
+    Q_EMIT windowChanged();
 }
 
 std::optional<QRect> WindowState::visibleFrame(const QRect &frame, const QList<QRect> &screens,

@@ -13,8 +13,7 @@ bool FocusWatch::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::MouseButtonPress && m_window && m_window->isVisible() &&
         watched->isWindowType() && watched != m_window)
-        Q_EMIT
-    lost();
+        Q_EMIT lost();
     return QObject::eventFilter(watched, event);
 }
 
@@ -25,7 +24,6 @@ void FocusWatch::follow(QWindow *focusWindow)
     } else if (m_hadFocus) {
         m_hadFocus = false;
         if (m_window && m_window->isVisible())
-            Q_EMIT
-        lost();
+            Q_EMIT lost();
     }
 }

@@ -88,8 +88,7 @@ void HelpTip::setText(const QString &text)
     if (m_text == text)
         return;
     m_text = text;
-    Q_EMIT
-    textChanged();
+    Q_EMIT textChanged();
 }
 
 void HelpTip::setIsShown(bool isShown)
@@ -97,6 +96,5 @@ void HelpTip::setIsShown(bool isShown)
     if (m_isShown == isShown)
         return;
     m_isShown = isShown;
-    Q_EMIT
-    isShownChanged();
+    Q_EMIT isShownChanged();
 }

@@ -89,6 +89,5 @@ void SystemPreferences::setReducesMotion(bool reducesMotion)
     if (m_reducesMotion == reducesMotion)
         return;
     m_reducesMotion = reducesMotion;
-    Q_EMIT
-    reducesMotionChanged();
+    Q_EMIT reducesMotionChanged();
 }

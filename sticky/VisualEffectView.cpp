@@ -107,8 +107,7 @@ void VisualEffectView::set(T &member, const T &value)
         return;
     member = value;
     update();
-    Q_EMIT
-    changed();
+    Q_EMIT changed();
 }
 
 // A window that has not been shown yet has nothing to ask for: asking would make it before its

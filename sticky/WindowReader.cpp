@@ -16,10 +16,5 @@ void WindowReader::itemChange(ItemChange change, const ItemChangeData &data)
 void WindowReader::readSoon()
 {
     QMetaObject::invokeMethod(
-        this,
-        [this] {
-            Q_EMIT
-            windowRead(window());
-        },
-        Qt::QueuedConnection);
+        this, [this] { Q_EMIT windowRead(window()); }, Qt::QueuedConnection);
 }
