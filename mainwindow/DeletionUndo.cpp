@@ -2,17 +2,10 @@
 
 #include "shell/L10n.h"
 
-#include <chrono>
 #include <utility>
 
-using namespace std::chrono_literals;
-
-namespace
-{
-constexpr auto offerTime = 8s;
-}
-
-DeletionUndo::DeletionUndo(NoteStore &store, QObject *parent) : QObject(parent), m_store(store)
+DeletionUndo::DeletionUndo(NoteStore &store, std::chrono::milliseconds offerTime, QObject *parent)
+    : QObject(parent), m_store(store)
 {
     m_end.setSingleShot(true);
     m_end.setInterval(offerTime);
