@@ -19,7 +19,7 @@ bool FocusWatch::eventFilter(QObject *watched, QEvent *event)
 
 void FocusWatch::follow(QWindow *focusWindow)
 {
-    if (focusWindow == m_window) {
+    if (m_window && focusWindow == m_window) {
         m_hadFocus = true;
     } else if (m_hadFocus) {
         m_hadFocus = false;
