@@ -27,7 +27,8 @@ bool isStillOnKde()
         return false;
     const QVariant factor =
         QSettings(file, QSettings::IniFormat).value(u"KDE/AnimationDurationFactor"_s);
-    return factor.isValid() && factor.toDouble() == 0.0;
+    bool isNumber = false;
+    return factor.toDouble(&isNumber) == 0.0 && isNumber;
 }
 
 /// Older portals wrap the value twice.
