@@ -116,10 +116,8 @@ void VisualEffectView::askForBlur()
 {
     if (!window() || m_blendingMode != BlendingMode::BehindWindow)
         return;
-    const auto ask = [this] {
-        if (window() && window()->isVisible())
-            blurBehind(*window());
-    };
-    connect(window(), &QWindow::visibleChanged, this, ask);
-    ask();
+    connect(window(), &QWindow::visibleChanged, this, &VisualEffectView::askForBlur,
+            Qt::UniqueConnection);
+    if (window()->isVisible())
+        blurBehind(*window());
 }

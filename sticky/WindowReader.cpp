@@ -3,18 +3,24 @@
 void WindowReader::componentComplete()
 {
     QQuickItem::componentComplete();
-    readSoon();
+    if (window())
+        readSoon();
 }
 
 void WindowReader::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickItem::itemChange(change, data);
-    if (change == ItemSceneChange && isComponentComplete())
+    if (change == ItemSceneChange && data.window && isComponentComplete())
         readSoon();
 }
 
 void WindowReader::readSoon()
 {
     QMetaObject::invokeMethod(
-        this, [this] { Q_EMIT windowRead(window()); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            if (window())
+                Q_EMIT windowRead(window());
+        },
+        Qt::QueuedConnection);
 }
