@@ -71,9 +71,11 @@ void EditorToolbarModel::setController(EditorController *controller)
     if (m_controller)
         m_controller->disconnect(this);
     m_controller = controller;
-    if (m_controller)
+    if (m_controller) {
         connect(m_controller, &EditorController::formatStateChanged, this,
                 &EditorToolbarModel::followFormatState);
+        connect(m_controller, &QObject::destroyed, this, &EditorToolbarModel::followFormatState);
+    }
     followFormatState();
     Q_EMIT controllerChanged();
 }
