@@ -273,7 +273,8 @@ void ContentController::showRequested(const QUuid &noteID)
     showInItsTab(*note);
     m_selection.setSelectedNoteID(noteID);
     if (QWindow *window = mainWindow()) {
-        window->show();
+        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+        window->setVisible(true); // show() would undo that it is maximised
         window->raise();
         window->requestActivate();
     }
