@@ -213,12 +213,7 @@ void NoteStore::performSave(bool sync)
         }
         // The store outlives its jobs, and is only told, not touched.
         QMetaObject::invokeMethod(
-            this,
-            [this, ok] {
-                Q_EMIT
-                saved(ok);
-            },
-            Qt::QueuedConnection);
+            this, [this, ok] { Q_EMIT saved(ok); }, Qt::QueuedConnection);
     });
     if (sync)
         m_saveQueue.waitForDone();
@@ -227,8 +222,7 @@ void NoteStore::performSave(bool sync)
 void NoteStore::announce(const NotesChange &change)
 {
     m_hasContent = true;
-    Q_EMIT
-    notesChanged(change);
+    Q_EMIT notesChanged(change);
 }
 
 void NoteStore::relocate(qsizetype from, qsizetype to)

@@ -71,12 +71,13 @@ void EditorToolbarModel::setController(EditorController *controller)
     if (m_controller)
         m_controller->disconnect(this);
     m_controller = controller;
-    if (m_controller)
+    if (m_controller) {
         connect(m_controller, &EditorController::formatStateChanged, this,
                 &EditorToolbarModel::followFormatState);
+        connect(m_controller, &QObject::destroyed, this, &EditorToolbarModel::followFormatState);
+    }
     followFormatState();
-    Q_EMIT
-    controllerChanged();
+    Q_EMIT controllerChanged();
 }
 
 int EditorToolbarModel::rowCount(const QModelIndex &parent) const
@@ -120,9 +121,9 @@ void EditorToolbarModel::press(int row)
         return;
     const EditorCommand command = buttons.at(std::size_t(row)).command();
     if (command.kind() == Kind::link)
-        Q_EMIT
-    linkRequested();
-    else if (m_controller) m_controller->run(command);
+        Q_EMIT linkRequested();
+    else if (m_controller)
+        m_controller->run(command);
 }
 
 void EditorToolbarModel::followFormatState()
@@ -132,13 +133,11 @@ void EditorToolbarModel::followFormatState()
     for (int row = 0; row < rowCount(); ++row) {
         const Button &button = buttons.at(std::size_t(row));
         if (isLit(button, before) != isLit(button, m_state))
-            Q_EMIT
-        dataChanged(index(row), index(row), {IsLitRole, HelpTextRole});
+            Q_EMIT dataChanged(index(row), index(row), {IsLitRole, HelpTextRole});
     }
 }
 
 void EditorToolbarModel::retranslate()
 {
-    Q_EMIT
-    dataChanged(index(0), index(rowCount() - 1), {HelpTextRole, NameRole});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {HelpTextRole, NameRole});
 }

@@ -46,10 +46,8 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
     connect(&m_selection, &SelectionManager::selectedNoteIDChanged, this, [this] {
         if (selectedNote())
             setEditorWanted();
-        Q_EMIT
-        editedNoteChanged();
-        Q_EMIT
-        selectedRowChanged();
+        Q_EMIT editedNoteChanged();
+        Q_EMIT selectedRowChanged();
     });
     connect(&m_selection, &SelectionManager::selectedTabChanged, this,
             &ContentController::selectedRowChanged);
@@ -264,8 +262,7 @@ void ContentController::follow(const NotesChange &change)
         m_selection.setSelectedNoteID(std::nullopt);
     else if (change.kind == NotesChange::Kind::Reset ||
              (change.kind == NotesChange::Kind::Updated && change.ids.contains(*selected)))
-        Q_EMIT
-    editedNoteChanged();
+        Q_EMIT editedNoteChanged();
 }
 
 void ContentController::showRequested(const QUuid &noteID)
@@ -277,7 +274,7 @@ void ContentController::showRequested(const QUuid &noteID)
     m_selection.setSelectedNoteID(noteID);
     if (QWindow *window = mainWindow()) {
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-        window->setVisible(true); // show() would undo a maximised window
+        window->setVisible(true); // show() would undo that it is maximised
         window->raise();
         window->requestActivate();
     }
@@ -346,8 +343,7 @@ void ContentController::setEditorWanted()
     if (m_isEditorWanted)
         return;
     m_isEditorWanted = true;
-    Q_EMIT
-    isEditorWantedChanged();
+    Q_EMIT isEditorWantedChanged();
 }
 
 const Note *ContentController::selectedNote() const

@@ -25,9 +25,12 @@ Window {
         if (!root.content.isEditorWanted)
             root.content.prepareEditor();
     }
+    Component.onCompleted: windowState.restore()
 
     WindowConfig {}
     WindowState {
+        id: windowState
+
         window: root
     }
     Shortcut {

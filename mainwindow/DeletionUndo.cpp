@@ -2,17 +2,10 @@
 
 #include "shell/L10n.h"
 
-#include <chrono>
 #include <utility>
 
-using namespace std::chrono_literals;
-
-namespace
-{
-constexpr auto offerTime = 8s;
-}
-
-DeletionUndo::DeletionUndo(NoteStore &store, QObject *parent) : QObject(parent), m_store(store)
+DeletionUndo::DeletionUndo(NoteStore &store, std::chrono::milliseconds offerTime, QObject *parent)
+    : QObject(parent), m_store(store)
 {
     m_end.setSingleShot(true);
     m_end.setInterval(offerTime);
@@ -33,11 +26,9 @@ void DeletionUndo::offer(const QList<PlacedNote> &notes)
     m_notes = notes;
     m_count = int(notes.size());
     m_end.start();
-    Q_EMIT
-    textChanged();
+    Q_EMIT textChanged();
     if (!wasOffered)
-        Q_EMIT
-    isOfferedChanged();
+        Q_EMIT isOfferedChanged();
 }
 
 bool DeletionUndo::applyEdit(const QUuid &noteID, const QString &html)
@@ -57,14 +48,12 @@ void DeletionUndo::undo()
     if (notes.isEmpty())
         return;
     m_end.stop();
-    Q_EMIT
-    isOfferedChanged();
+    Q_EMIT isOfferedChanged();
     m_store.reinsertNotes(notes);
     QList<QUuid> noteIDs;
     for (const PlacedNote &placed : notes)
         noteIDs << placed.note.id;
-    Q_EMIT
-    restored(noteIDs);
+    Q_EMIT restored(noteIDs);
 }
 
 void DeletionUndo::dismiss()
@@ -73,6 +62,5 @@ void DeletionUndo::dismiss()
         return;
     m_end.stop();
     m_notes.clear();
-    Q_EMIT
-    isOfferedChanged();
+    Q_EMIT isOfferedChanged();
 }

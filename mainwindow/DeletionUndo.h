@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <qqmlregistration.h>
 
+#include <chrono>
+
 /// For some seconds after notes were deleted, the offer to put them back.
 class DeletionUndo : public QObject
 {
@@ -16,7 +18,10 @@ class DeletionUndo : public QObject
     Q_PROPERTY(QString text READ text NOTIFY textChanged)
 
 public:
-    explicit DeletionUndo(NoteStore &store, QObject *parent = nullptr);
+    static constexpr std::chrono::milliseconds defaultOfferTime{8000};
+
+    explicit DeletionUndo(NoteStore &store, std::chrono::milliseconds offerTime = defaultOfferTime,
+                          QObject *parent = nullptr);
 
     [[nodiscard]] bool isOffered() const { return !m_notes.isEmpty(); }
     /// What was deleted, in the current language; it stays while the offer fades away.

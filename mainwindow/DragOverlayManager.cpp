@@ -32,14 +32,12 @@ void DragOverlayManager::show(const Note &note, qreal width)
         m_heading = heading;
         m_color = color;
         m_width = width;
-        Q_EMIT
-        cardChanged();
+        Q_EMIT cardChanged();
     }
     if (m_isShown)
         return;
     m_isShown = true;
-    Q_EMIT
-    isShownChanged();
+    Q_EMIT isShownChanged();
 }
 
 void DragOverlayManager::hide()
@@ -47,8 +45,7 @@ void DragOverlayManager::hide()
     if (!m_isShown)
         return;
     m_isShown = false;
-    Q_EMIT
-    isShownChanged();
+    Q_EMIT isShownChanged();
 }
 
 void DragOverlayManager::setCorner(QPointF corner)
@@ -56,8 +53,7 @@ void DragOverlayManager::setCorner(QPointF corner)
     if (m_corner == corner)
         return;
     m_corner = corner;
-    Q_EMIT
-    cornerChanged();
+    Q_EMIT cornerChanged();
 }
 
 QString DragOverlayManager::title() const

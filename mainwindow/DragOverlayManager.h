@@ -43,10 +43,8 @@ public:
 
     [[nodiscard]] std::optional<QUuid> currentNoteID() const { return m_currentNoteID; }
     [[nodiscard]] bool isShown() const { return m_isShown; }
-    [[nodiscard]] bool isWanted() const
-    {
-        return m_currentNoteID.has_value();
-    } ///< there was a drag
+    /// There was a drag.
+    [[nodiscard]] bool isWanted() const { return m_currentNoteID.has_value(); }
     [[nodiscard]] QPointF corner() const { return m_corner; }
     [[nodiscard]] QString title() const;
     [[nodiscard]] const QColor &color() const { return m_color; }

@@ -7,8 +7,7 @@ void MultiSelection::setIsSelectionMode(bool isSelectionMode)
     m_isSelectionMode = isSelectionMode;
     if (!isSelectionMode)
         setSelectedIDs({});
-    Q_EMIT
-    isSelectionModeChanged();
+    Q_EMIT isSelectionModeChanged();
 }
 
 void MultiSelection::setSelectedIDs(const NoteIDSet &noteIDs)
@@ -16,8 +15,7 @@ void MultiSelection::setSelectedIDs(const NoteIDSet &noteIDs)
     if (m_selectedIDs == noteIDs)
         return;
     m_selectedIDs = noteIDs;
-    Q_EMIT
-    selectedIDsChanged();
+    Q_EMIT selectedIDsChanged();
 }
 
 void MultiSelection::toggleSelection(const QUuid &noteID)

@@ -19,8 +19,7 @@ void SelectionManager::setSelectedNoteID(std::optional<QUuid> id)
     if (m_selectedNoteID == id)
         return;
     m_selectedNoteID = id;
-    Q_EMIT
-    selectedNoteIDChanged();
+    Q_EMIT selectedNoteIDChanged();
 }
 
 void SelectionManager::setSelectedTab(SidebarTab tab)
@@ -28,6 +27,5 @@ void SelectionManager::setSelectedTab(SidebarTab tab)
     if (m_selectedTab == tab)
         return;
     m_selectedTab = tab;
-    Q_EMIT
-    selectedTabChanged();
+    Q_EMIT selectedTabChanged();
 }

@@ -6,8 +6,7 @@ void SidebarDragState::set(T &member, const T &value, void (SidebarDragState::*c
     if (member == value)
         return;
     member = value;
-    Q_EMIT(this->*changed)
-    ();
+    Q_EMIT(this->*changed)();
 }
 
 void SidebarDragState::setDraggedID(std::optional<QUuid> id)

@@ -6,8 +6,6 @@
 SidebarReordering::SidebarReordering(Notes notes, IsSelectionMode isSelectionMode, QObject *parent)
     : QObject(parent), m_notes(std::move(notes)), m_isSelectionMode(std::move(isSelectionMode))
 {
-    connect(&m_state, &SidebarDragState::rowFramesChanged, this, &SidebarReordering::sortMidpoints);
-    connect(&m_state, &SidebarDragState::draggedIDChanged, this, &SidebarReordering::sortMidpoints);
     connect(&m_state, &SidebarDragState::draggedIDChanged, this, &SidebarReordering::placeLine);
     connect(&m_state, &SidebarDragState::hoverIndexChanged, this, &SidebarReordering::placeLine);
 }
@@ -39,9 +37,7 @@ void SidebarReordering::drag(const QUuid &noteID, QPointF start, QPointF locatio
 
 void SidebarReordering::endDrag()
 {
-    if (m_isSelectionMode())
-        return;
-    if (const auto index = m_state.hoverIndex())
+    if (const auto index = m_state.hoverIndex(); index && !m_isSelectionMode())
         commitDrop(*index);
     clear();
 }
@@ -59,10 +55,17 @@ QPointF SidebarReordering::cardCorner() const
 
 std::optional<int> SidebarReordering::insertionIndex(QPointF point) const
 {
-    if (!m_state.draggedID() || m_midpoints.empty())
+    if (!m_state.draggedID())
         return std::nullopt;
-    const auto below = std::ranges::upper_bound(m_midpoints, point.y());
-    return int(below - m_midpoints.begin());
+    const QList<QUuid> others = this->others();
+    if (others.isEmpty())
+        return std::nullopt;
+    const auto &frames = m_state.rowFrames();
+    const auto below = std::ranges::find_if(others, [&](const QUuid &noteID) {
+        const auto frame = frames.constFind(noteID);
+        return frame != frames.cend() && point.y() < frame->center().y();
+    });
+    return int(below - others.begin());
 }
 
 SidebarReordering::DropIndicator SidebarReordering::dropIndicator(const QUuid &noteID) const
@@ -80,10 +83,9 @@ void SidebarReordering::commitDrop(int index)
     if (others.isEmpty())
         return;
     if (index >= 1 && index >= others.size())
-        Q_EMIT
-    moveToEndRequested(*draggedID);
-    else Q_EMIT
-    moveRequested(*draggedID, others[std::max(index, 0)]);
+        Q_EMIT moveToEndRequested(*draggedID);
+    else
+        Q_EMIT moveRequested(*draggedID, others[std::max(index, 0)]);
 }
 
 QList<QUuid> SidebarReordering::others() const
@@ -92,20 +94,6 @@ QList<QUuid> SidebarReordering::others() const
     if (const auto draggedID = m_state.draggedID())
         others.removeOne(*draggedID);
     return others;
-}
-
-void SidebarReordering::sortMidpoints()
-{
-    m_midpoints.clear();
-    if (!m_state.draggedID())
-        return;
-    const auto &frames = m_state.rowFrames();
-    m_midpoints.reserve(std::size_t(frames.size()));
-    for (auto frame = frames.cbegin(); frame != frames.cend(); ++frame) {
-        if (frame.key() != m_state.draggedID())
-            m_midpoints.push_back(frame->center().y());
-    }
-    std::ranges::sort(m_midpoints);
 }
 
 void SidebarReordering::placeLine()
@@ -124,8 +112,7 @@ void SidebarReordering::placeLine()
         return;
     m_topLineID = top;
     m_bottomLineID = bottom;
-    Q_EMIT
-    dropIndicatorChanged();
+    Q_EMIT dropIndicatorChanged();
 }
 
 void SidebarReordering::clear()

@@ -10,7 +10,6 @@
 
 #include <functional>
 #include <optional>
-#include <vector>
 
 /// Reordering by dragging a row: what the gesture means, where the note would land, and what the
 /// drop does.
@@ -50,6 +49,8 @@ public:
     /// Upper left corner of the floating card, so that it is held where the row was grabbed.
     [[nodiscard]] Q_INVOKABLE QPointF cardCorner() const;
 
+    /// Position of the first other row whose middle is below the point; a row whose frame is unknown
+    /// is passed over.
     [[nodiscard]] std::optional<int> insertionIndex(QPointF point) const;
     [[nodiscard]] DropIndicator dropIndicator(const QUuid &noteID) const;
     void commitDrop(int index);
@@ -67,14 +68,12 @@ private:
     [[nodiscard]] QString topLineIDText() const { return m_topLineID.toString(); }
     [[nodiscard]] QString bottomLineIDText() const { return m_bottomLineID.toString(); }
     [[nodiscard]] QList<QUuid> others() const;
-    void sortMidpoints();
     void placeLine();
     void clear();
 
     Notes m_notes;
     IsSelectionMode m_isSelectionMode;
     SidebarDragState m_state;
-    std::vector<qreal> m_midpoints; ///< of the other rows, ascending
     QUuid m_topLineID;
     QUuid m_bottomLineID;
 };

@@ -60,59 +60,49 @@ void WindowState::setWindow(QQuickWindow *window)
     if (m_window)
         m_window->disconnect(this);
     m_window = window;
-    if (m_window && !m_isBeingMade)
-        take();
+    if (m_window) {
+        for (const auto signal : {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged,
+                                  &QWindow::heightChanged})
+            connect(m_window, signal, this, &WindowState::remember);
+        connect(m_window, &QWindow::windowStateChanged, this, &WindowState::remember);
+    }
     Q_EMIT windowChanged();
-}
-
-void WindowState::componentComplete()
-{
-    m_isBeingMade = false;
-    if (m_window)
-        take();
-}
-
-void WindowState::take()
-{
-    restore();
-    for (const auto signal : {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged,
-                              &QWindow::heightChanged})
-        connect(m_window, signal, this, &WindowState::remember);
-    connect(m_window, &QWindow::windowStateChanged, this, &WindowState::remember);
 }
 
 std::optional<QRect> WindowState::visibleFrame(const QRect &frame, const QList<QRect> &screens,
                                                QSize minimum)
 {
-    for (const QRect &screen : screens) {
+    const auto visibleArea = [&frame](const QRect &screen) {
         const QRect part = screen.intersected(frame);
-        if (part.width() < visiblePart || part.height() < visiblePart)
-            continue;
-        QRect fitted(frame.topLeft(), frame.size().boundedTo(screen.size()).expandedTo(minimum));
-        fitted.moveLeft(std::clamp(fitted.left(), screen.left(),
-                                   std::max(screen.left(), screen.right() + 1 - fitted.width())));
-        fitted.moveTop(std::clamp(fitted.top(), screen.top(),
-                                  std::max(screen.top(), screen.bottom() + 1 - fitted.height())));
-        return fitted;
-    }
-    return std::nullopt;
+        const bool isSeen = part.width() >= visiblePart && part.height() >= visiblePart;
+        return isSeen ? qint64(part.width()) * part.height() : 0;
+    };
+    const auto best = std::ranges::max_element(screens, {}, visibleArea);
+    if (best == screens.end() || visibleArea(*best) == 0)
+        return std::nullopt;
+    const QRect &screen = *best;
+    QRect fitted(frame.topLeft(), frame.size().boundedTo(screen.size()).expandedTo(minimum));
+    fitted.moveLeft(std::clamp(fitted.left(), screen.left(),
+                               std::max(screen.left(), screen.right() + 1 - fitted.width())));
+    fitted.moveTop(std::clamp(fitted.top(), screen.top(),
+                              std::max(screen.top(), screen.bottom() + 1 - fitted.height())));
+    return fitted;
 }
 
 void WindowState::restore()
 {
+    if (!m_window)
+        return;
     const QSettings settings(stateFile(), QSettings::IniFormat);
     const auto frame =
         visibleFrame(settings.value(frameKey).toRect(), screenAreas(), m_window->minimumSize());
     m_frame = frame.value_or(m_window->geometry());
+    m_newest = m_frame;
     m_isMaximized = settings.value(maximizedKey).toBool();
     if (frame)
         m_window->setGeometry(*frame);
-    if (!m_isMaximized)
-        return;
-    // A view settles its window's state itself when it is complete, so this waits until it is shown.
-    connect(
-        m_window, &QWindow::visibleChanged, this,
-        [this] { m_window->setWindowStates(Qt::WindowMaximized); }, Qt::SingleShotConnection);
+    if (m_isMaximized)
+        m_window->setWindowStates(Qt::WindowMaximized);
 }
 
 void WindowState::remember()
@@ -124,12 +114,15 @@ void WindowState::remember()
         return;
     m_isMaximized = states & Qt::WindowMaximized;
     if (!m_isMaximized)
-        m_frame = m_window->geometry();
+        m_newest = m_window->geometry();
     m_write.start();
 }
 
+// A maximised window may have its new size before it knows that it is maximised.
 void WindowState::write()
 {
+    if (!m_isMaximized)
+        m_frame = m_newest;
     QSettings settings(stateFile(), QSettings::IniFormat);
     settings.setValue(frameKey, m_frame);
     settings.setValue(maximizedKey, m_isMaximized);

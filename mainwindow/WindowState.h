@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QQmlParserStatus>
 #include <QQuickWindow>
 #include <QRect>
 #include <QSettings>
@@ -12,10 +11,9 @@
 
 /// Remembers where a window was and how large. That is the program's state and not the user's
 /// configuration, so it lies apart from the settings.
-class WindowState : public QObject, public QQmlParserStatus
+class WindowState : public QObject
 {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
     Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged)
 
@@ -24,31 +22,27 @@ public:
     ~WindowState() override;
 
     [[nodiscard]] QQuickWindow *window() const { return m_window; }
-    /// The window is put where it was last time, if it can be seen there; in a view, once the
-    /// view's own values are in place.
     void setWindow(QQuickWindow *window);
+    /// Puts the window where it was last time, if it can be seen there. Before it is shown, and
+    /// after it is complete: a window takes back at its completion what it was told until then.
+    Q_INVOKABLE void restore();
 
     [[nodiscard]] static QString stateFile();
-    /// The frame, moved and shrunk so far that it lies on one of the screens; empty when it lies on
-    /// none.
+    /// The frame, moved and shrunk so far that it lies on the screen that has most of it; empty
+    /// when none has enough of it to be seen.
     [[nodiscard]] static std::optional<QRect>
     visibleFrame(const QRect &frame, const QList<QRect> &screens, QSize minimum);
-
-    void classBegin() override { m_isBeingMade = true; }
-    void componentComplete() override;
 
 Q_SIGNALS:
     void windowChanged();
 
 private:
-    void take();
-    void restore();
     void remember();
     void write();
 
     QPointer<QQuickWindow> m_window;
-    QRect m_frame; ///< when not maximised
+    QRect m_frame;  ///< when not maximised, as it is to be written
+    QRect m_newest; ///< becomes m_frame unless maximising turns out to be the reason for it
     bool m_isMaximized = false;
-    bool m_isBeingMade = false;
     QTimer m_write;
 };

@@ -55,11 +55,8 @@ void HelpTip::update(QQuickItem *owner, const QString &text)
 
 void HelpTip::hide(QQuickItem *owner)
 {
-    if (!owner || owner != m_owner)
-        return;
-    m_wait.stop();
-    setIsShown(false);
-    m_owner = nullptr;
+    if (owner && owner == m_owner)
+        end();
 }
 
 QPoint HelpTip::placeFor(QSizeF size) const
@@ -70,9 +67,14 @@ QPoint HelpTip::placeFor(QSizeF size) const
 
 void HelpTip::begin(QQuickItem *owner, const QString &text, bool isAtPointer)
 {
-    setIsShown(false);
+    end();
+    if (!owner)
+        return;
     m_owner = owner;
     m_isAtPointer = isAtPointer;
+    // An item that goes away does not always tell that the pointer has left it.
+    connect(owner, &QObject::destroyed, this, &HelpTip::end);
+    connect(owner, &QQuickItem::visibleChanged, this, &HelpTip::end);
     setText(text);
     m_wait.start();
 }
@@ -83,13 +85,21 @@ void HelpTip::appear()
         setIsShown(true);
 }
 
+void HelpTip::end()
+{
+    m_wait.stop();
+    setIsShown(false);
+    if (m_owner)
+        m_owner->disconnect(this);
+    m_owner = nullptr;
+}
+
 void HelpTip::setText(const QString &text)
 {
     if (m_text == text)
         return;
     m_text = text;
-    Q_EMIT
-    textChanged();
+    Q_EMIT textChanged();
 }
 
 void HelpTip::setIsShown(bool isShown)
@@ -97,6 +107,5 @@ void HelpTip::setIsShown(bool isShown)
     if (m_isShown == isShown)
         return;
     m_isShown = isShown;
-    Q_EMIT
-    isShownChanged();
+    Q_EMIT isShownChanged();
 }

@@ -49,6 +49,7 @@ Q_SIGNALS:
 private:
     void begin(QQuickItem *owner, const QString &text, bool isAtPointer);
     void appear();
+    void end();
     void setText(const QString &text);
     void setIsShown(bool isShown);
 

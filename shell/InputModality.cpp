@@ -58,6 +58,5 @@ void InputModality::setIsKeyboard(bool isKeyboard)
     if (m_isKeyboard == isKeyboard)
         return;
     m_isKeyboard = isKeyboard;
-    Q_EMIT
-    isKeyboardChanged();
+    Q_EMIT isKeyboardChanged();
 }

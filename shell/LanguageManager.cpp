@@ -37,10 +37,8 @@ void LanguageManager::setLanguage(AppLanguage language)
 {
     m_language = language;
     QSettings().setValue(languageKey, rawValue(language));
-    Q_EMIT
-    NotificationCenter::shared().plimLanguageChanged(language);
-    Q_EMIT
-    languageChanged();
+    Q_EMIT NotificationCenter::shared().plimLanguageChanged(language);
+    Q_EMIT languageChanged();
 }
 
 void LanguageManager::chooseLanguage(const QString &rawValue)

@@ -42,8 +42,7 @@ void Symbol::setName(const QString &name)
         return;
     m_name = name;
     update();
-    Q_EMIT
-    nameChanged();
+    Q_EMIT nameChanged();
 }
 
 void Symbol::setColor(const QColor &color)
@@ -52,8 +51,7 @@ void Symbol::setColor(const QColor &color)
         return;
     m_color = color;
     update();
-    Q_EMIT
-    colorChanged();
+    Q_EMIT colorChanged();
 }
 
 void Symbol::setSize(qreal size)
@@ -61,8 +59,7 @@ void Symbol::setSize(qreal size)
     if (implicitWidth() == size)
         return;
     setImplicitSize(size, size);
-    Q_EMIT
-    sizeChanged();
+    Q_EMIT sizeChanged();
 }
 
 void Symbol::setIsBold(bool isBold)
@@ -71,8 +68,7 @@ void Symbol::setIsBold(bool isBold)
         return;
     m_isBold = isBold;
     update();
-    Q_EMIT
-    isBoldChanged();
+    Q_EMIT isBoldChanged();
 }
 
 bool Symbol::isKnown(const QString &name)

@@ -27,7 +27,8 @@ bool isStillOnKde()
         return false;
     const QVariant factor =
         QSettings(file, QSettings::IniFormat).value(u"KDE/AnimationDurationFactor"_s);
-    return factor.isValid() && factor.toDouble() == 0.0;
+    bool isNumber = false;
+    return factor.toDouble(&isNumber) == 0.0 && isNumber;
 }
 
 /// Older portals wrap the value twice.
@@ -89,6 +90,5 @@ void SystemPreferences::setReducesMotion(bool reducesMotion)
     if (m_reducesMotion == reducesMotion)
         return;
     m_reducesMotion = reducesMotion;
-    Q_EMIT
-    reducesMotionChanged();
+    Q_EMIT reducesMotionChanged();
 }

@@ -33,6 +33,5 @@ void StickyNoteManager::setActiveNoteIDs(const NoteIDSet &noteIDs)
     if (m_activeNoteIDs == noteIDs)
         return;
     m_activeNoteIDs = noteIDs;
-    Q_EMIT
-    activeNoteIDsChanged();
+    Q_EMIT activeNoteIDsChanged();
 }

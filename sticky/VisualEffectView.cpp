@@ -107,8 +107,7 @@ void VisualEffectView::set(T &member, const T &value)
         return;
     member = value;
     update();
-    Q_EMIT
-    changed();
+    Q_EMIT changed();
 }
 
 // A window that has not been shown yet has nothing to ask for: asking would make it before its
@@ -117,10 +116,8 @@ void VisualEffectView::askForBlur()
 {
     if (!window() || m_blendingMode != BlendingMode::BehindWindow)
         return;
-    const auto ask = [this] {
-        if (window() && window()->isVisible())
-            blurBehind(*window());
-    };
-    connect(window(), &QWindow::visibleChanged, this, ask);
-    ask();
+    connect(window(), &QWindow::visibleChanged, this, &VisualEffectView::askForBlur,
+            Qt::UniqueConnection);
+    if (window()->isVisible())
+        blurBehind(*window());
 }

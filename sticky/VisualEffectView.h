@@ -33,15 +33,11 @@ public:
     void setBlendingMode(BlendingMode mode);
     [[nodiscard]] const QColor &tint() const { return m_tint; }
     void setTint(const QColor &tint);
-    [[nodiscard]] qreal leadingRadius() const
-    {
-        return m_leadingRadius;
-    } ///< points, of the left corners
+    /// Points, of the left corners.
+    [[nodiscard]] qreal leadingRadius() const { return m_leadingRadius; }
     void setLeadingRadius(qreal radius);
-    [[nodiscard]] qreal trailingRadius() const
-    {
-        return m_trailingRadius;
-    } ///< points, of the right corners
+    /// Points, of the right corners.
+    [[nodiscard]] qreal trailingRadius() const { return m_trailingRadius; }
     void setTrailingRadius(qreal radius);
 
     void paint(QPainter *painter) override;

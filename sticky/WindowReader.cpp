@@ -3,13 +3,14 @@
 void WindowReader::componentComplete()
 {
     QQuickItem::componentComplete();
-    readSoon();
+    if (window())
+        readSoon();
 }
 
 void WindowReader::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickItem::itemChange(change, data);
-    if (change == ItemSceneChange && isComponentComplete())
+    if (change == ItemSceneChange && data.window && isComponentComplete())
         readSoon();
 }
 
@@ -18,8 +19,8 @@ void WindowReader::readSoon()
     QMetaObject::invokeMethod(
         this,
         [this] {
-            Q_EMIT
-            windowRead(window());
+            if (window())
+                Q_EMIT windowRead(window());
         },
         Qt::QueuedConnection);
 }

@@ -81,7 +81,7 @@ void PlimApp::show()
                                                     : qobject_cast<QWindow *>(m_engine.rootObjects().constFirst());
     if (!window)
         qFatal("the main window could not be made");
-    window->setVisible(true); // show() would undo a maximised window
+    window->setVisible(true); // show() would undo that it was maximised
     appear();
 }
 

@@ -113,8 +113,7 @@ private Q_SLOTS:
         auto *session = qApp->findChild<QSessionManager *>();
         QVERIFY(session);
         QSignalSpy asked(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors);
-        Q_EMIT
-        qApp->commitDataRequest(*session);
+        Q_EMIT qApp->commitDataRequest(*session);
         QCOMPARE(asked.count(), 1);
         QCOMPARE(notesFiles(), QStringList{u"notes.json"_s});
     }

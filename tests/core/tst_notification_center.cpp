@@ -39,14 +39,10 @@ private Q_SLOTS:
         const QUuid id = QUuid::createUuid();
         EditorCommand command;
         command.level = 2;
-        Q_EMIT
-        center.plimFlushEditors();
-        Q_EMIT
-        center.plimFormat(command);
-        Q_EMIT
-        center.plimSelectNote(id);
-        Q_EMIT
-        center.plimLanguageChanged(AppLanguage::second);
+        Q_EMIT center.plimFlushEditors();
+        Q_EMIT center.plimFormat(command);
+        Q_EMIT center.plimSelectNote(id);
+        Q_EMIT center.plimLanguageChanged(AppLanguage::second);
 
         QCOMPARE(flushes.count(), 1);
         QCOMPARE(searches.count(), 0);

@@ -60,8 +60,7 @@ private Q_SLOTS:
         QVERIFY(!f.coordinator.loadedNoteID());
         f.view.seam.setIsFirstResponder(false);
         // The empty page that is being loaded is asked for nothing and believed nothing.
-        Q_EMIT
-        NotificationCenter::shared().plimFlushEditors();
+        Q_EMIT NotificationCenter::shared().plimFlushEditors();
         f.view.post(u"{\"id\":null,\"html\":\"<h1><br></h1>\"}"_s);
         f.view.post(u"<h1><br></h1>"_s);
         QVERIFY(f.view.questions().isEmpty());
@@ -145,8 +144,7 @@ private Q_SLOTS:
     {
         EditorFixture f;
         f.showNote(noteA, a);
-        Q_EMIT
-        NotificationCenter::shared().plimFlushEditors();
+        Q_EMIT NotificationCenter::shared().plimFlushEditors();
         QVERIFY(!EditorFlush::shared().isSettled());
         f.view.lose();
         QVERIFY(EditorFlush::shared().isSettled());

@@ -163,11 +163,9 @@ private Q_SLOTS:
         sticky.showNote(noteB, u"<h1>b</h1>"_s);
         auto &center = NotificationCenter::shared();
 
-        Q_EMIT
-        center.plimFormat(EditorCommand::heading(1)); // nobody has the keyboard
+        Q_EMIT center.plimFormat(EditorCommand::heading(1)); // nobody has the keyboard
         sticky.view.seam.setIsFirstResponder(true);
-        Q_EMIT
-        center.plimFormat(EditorCommand::heading(2));
+        Q_EMIT center.plimFormat(EditorCommand::heading(2));
         QTRY_COMPARE(sticky.view.log(),
                      QStringList({FakeView::takesKeyboard,
                                   u"window.runCommand(\"formatBlock\", \"h2\");"_s}));
@@ -175,8 +173,7 @@ private Q_SLOTS:
 
         sticky.view.seam.setIsFirstResponder(false);
         pane.view.seam.setIsFirstResponder(true);
-        Q_EMIT
-        center.plimFormat(Kind::checkbox);
+        Q_EMIT center.plimFormat(Kind::checkbox);
         QTRY_COMPARE(pane.view.log(),
                      QStringList({FakeView::takesKeyboard, u"window.toggleChecklist(null);"_s}));
         QCOMPARE(sticky.view.log().size(), 2);
@@ -188,8 +185,7 @@ private Q_SLOTS:
         EditorFixture f;
         f.showNote(noteA, u"<h1>a</h1>"_s);
         f.view.seam.setIsFirstResponder(true);
-        Q_EMIT
-        NotificationCenter::shared().plimFormat(Kind::bulletList);
+        Q_EMIT NotificationCenter::shared().plimFormat(Kind::bulletList);
         f.view.seam.setIsFirstResponder(false);
         QTRY_COMPARE(f.view.log(), QStringList({FakeView::takesKeyboard,
                                                 u"window.runCommand(\"insertUnorderedList\");"_s}));

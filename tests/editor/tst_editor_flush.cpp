@@ -13,8 +13,7 @@ namespace
 {
 void askForTexts()
 {
-    Q_EMIT
-    NotificationCenter::shared().plimFlushEditors();
+    Q_EMIT NotificationCenter::shared().plimFlushEditors();
 }
 } // namespace
 

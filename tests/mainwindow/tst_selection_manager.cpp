@@ -3,8 +3,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-using namespace Qt::StringLiterals;
-
 class TestSelectionManager : public QObject
 {
     Q_OBJECT
@@ -55,16 +53,6 @@ private Q_SLOTS:
         QCOMPARE(tabChanged.count(), 2);
         QCOMPARE(noteChanged.count(), 0);
         QVERIFY(selection.selectedNoteID());
-    }
-
-    void tabsByTheirRawValues()
-    {
-        QCOMPARE(rawValue(SidebarTab::Notes), u"NOTATKI"_s);
-        QCOMPARE(rawValue(SidebarTab::Archive), u"ARCHIWUM"_s);
-        QVERIFY(sidebarTabFromRawValue(u"NOTATKI") == SidebarTab::Notes);
-        QVERIFY(sidebarTabFromRawValue(u"ARCHIWUM") == SidebarTab::Archive);
-        for (const QString &text : {u""_s, u"notatki"_s, u"NOTES"_s, u"ARCHIVE"_s, u"NOTATKI "_s})
-            QVERIFY2(!sidebarTabFromRawValue(text), qPrintable(text));
     }
 
     void thereIsOneForAll()
