@@ -19,16 +19,6 @@ void EditorController::run(const EditorCommand &command)
         m_coordinator->run(command);
 }
 
-void EditorController::run(EditorCommand::Kind kind)
-{
-    run(EditorCommand(kind));
-}
-
-void EditorController::runHeading(int level)
-{
-    run(EditorCommand::heading(level));
-}
-
 void EditorController::runLink(const QString &url)
 {
     run(EditorCommand::link(url));

@@ -29,8 +29,6 @@ public:
 
     /// Carried out by the attached editor; dropped when there is none.
     void run(const EditorCommand &command);
-    Q_INVOKABLE void run(EditorCommand::Kind kind);
-    Q_INVOKABLE void runHeading(int level);
     Q_INVOKABLE void runLink(const QString &url);
     /// Answered by linkAtCaretReady, with "" when there is no link, or no page to ask.
     Q_INVOKABLE void requestLinkAtCaret();

@@ -21,7 +21,7 @@ private Q_SLOTS:
         EditorController controller;
         QCOMPARE(controller.coordinator(), nullptr);
         controller.run(Kind::bold);
-        controller.runHeading(2);
+        controller.run(EditorCommand::heading(2));
         controller.runLink(u"https://plim.org"_s);
 
         // An editor that comes later does not get what was asked of no one.
@@ -47,7 +47,7 @@ private Q_SLOTS:
                 ranAfter = sinceAsked.elapsed();
         });
         controller.run(Kind::bold);
-        controller.runHeading(3);
+        controller.run(EditorCommand::heading(3));
         controller.runLink(u"a\"b"_s);
         controller.run(EditorCommand(Kind::checkbox));
         QVERIFY(f.view.log().isEmpty());
