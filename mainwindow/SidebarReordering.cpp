@@ -82,7 +82,7 @@ void SidebarReordering::commitDrop(int index)
     const QList<QUuid> others = this->others();
     if (others.isEmpty())
         return;
-    if (index >= 1 && index >= others.size())
+    if (index >= others.size())
         Q_EMIT moveToEndRequested(*draggedID);
     else
         Q_EMIT moveRequested(*draggedID, others[std::max(index, 0)]);
