@@ -2,6 +2,9 @@
 
 #include "core/NoteColor.h"
 #include "core/NoteTextSize.h"
+#include "shell/L10n.h"
+#include "shell/LanguageManager.h"
+#include "tests/ThrowAwayHome.h"
 
 #include <QTest>
 
@@ -10,6 +13,8 @@ using namespace Qt::StringLiterals;
 class TestNoteChoices : public QObject
 {
     Q_OBJECT
+
+    ThrowAwayHome m_home;
 
 private Q_SLOTS:
     void colorsAreInTheirOrder()
@@ -21,6 +26,17 @@ private Q_SLOTS:
             QCOMPARE(colors[index], rawValue(color));
             QCOMPARE(NoteChoices::colorIndex(colors[index]), int(index));
             QCOMPARE(NoteChoices::displayColor(colors[index]), displayColor(color));
+        }
+    }
+
+    // Views look a colour's name up by its raw value.
+    void everyColorHasItsText()
+    {
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        for (const NoteColor color : allNoteColors) {
+            const QByteArray name = rawValue(color).toLatin1();
+            QCOMPARE(L10n::shared().property(name.constData()).toString(), L10n::colorName(color));
+            QVERIFY(!L10n::colorName(color).isEmpty());
         }
     }
 
