@@ -226,14 +226,12 @@ FocusScope {
             gesture.follow();
         }
     }
-    // A note held near the list's edge scrolls it, the faster the nearer.
+    // A note held near the list's edge scrolls it.
     FrameAnimation {
         running: gesture.active && gesture.noteID !== "" && speed !== 0
 
-        readonly property real fromTop: gesture.centroid.position.y
-        readonly property real fromBottom: list.height - gesture.centroid.position.y
-        readonly property real speed: fromTop < Theme.scrollEdge ? -(Theme.scrollEdge - Math.max(0, fromTop)) : fromBottom < Theme.scrollEdge ? Theme.scrollEdge - Math.max(0, fromBottom) : 0
+        readonly property real speed: root.content.reordering.scrollSpeed(gesture.centroid.position.y, list.height)
 
-        onTriggered: list.scrollBy(speed * frameTime * Theme.scrollSpeed)
+        onTriggered: list.scrollBy(speed * frameTime)
     }
 }

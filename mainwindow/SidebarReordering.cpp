@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+namespace
+{
+constexpr qreal scrollEdge = 36;         ///< points
+constexpr qreal speedWithinTheEdge = 14; ///< points a second, for each point within the edge
+} // namespace
+
 SidebarReordering::SidebarReordering(Notes notes, IsSelectionMode isSelectionMode, QObject *parent)
     : QObject(parent), m_notes(std::move(notes)), m_isSelectionMode(std::move(isSelectionMode))
 {
@@ -68,6 +74,16 @@ std::optional<int> SidebarReordering::insertionIndex(QPointF point) const
     return int(below - others.begin());
 }
 
+qreal SidebarReordering::scrollSpeed(qreal y, qreal height)
+{
+    const auto within = [](qreal distance) { return scrollEdge - std::max(0.0, distance); };
+    if (y < scrollEdge)
+        return -speedWithinTheEdge * within(y);
+    if (height - y < scrollEdge)
+        return speedWithinTheEdge * within(height - y);
+    return 0;
+}
+
 SidebarReordering::DropIndicator SidebarReordering::dropIndicator(const QUuid &noteID) const
 {
     return {.top = !noteID.isNull() && noteID == m_topLineID,
@@ -82,7 +98,7 @@ void SidebarReordering::commitDrop(int index)
     const QList<QUuid> others = this->others();
     if (others.isEmpty())
         return;
-    if (index >= 1 && index >= others.size())
+    if (index >= others.size())
         Q_EMIT moveToEndRequested(*draggedID);
     else
         Q_EMIT moveRequested(*draggedID, others[std::max(index, 0)]);

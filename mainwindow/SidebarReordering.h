@@ -49,8 +49,12 @@ public:
     /// Upper left corner of the floating card, so that it is held where the row was grabbed.
     [[nodiscard]] Q_INVOKABLE QPointF cardCorner() const;
 
-    /// Position of the first other row whose middle is below the point; a row whose frame is unknown
-    /// is passed over.
+    /// How fast a list of that height scrolls by itself, in points a second, downwards, while a
+    /// note is held at `y` of its visible part: the faster the nearer to an edge.
+    [[nodiscard]] Q_INVOKABLE static qreal scrollSpeed(qreal y, qreal height);
+
+    /// Position of the first other row whose middle is below the point; a row whose frame is
+    /// unknown is passed over.
     [[nodiscard]] std::optional<int> insertionIndex(QPointF point) const;
     [[nodiscard]] DropIndicator dropIndicator(const QUuid &noteID) const;
     void commitDrop(int index);

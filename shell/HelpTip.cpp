@@ -4,16 +4,7 @@
 
 #include <QQmlEngine>
 
-#include <chrono>
-
-using namespace std::chrono_literals;
-
-namespace
-{
-constexpr auto delay = 600ms;
-}
-
-HelpTip::HelpTip(QObject *parent) : QObject(parent)
+HelpTip::HelpTip(QObject *parent, std::chrono::milliseconds delay) : QObject(parent)
 {
     m_wait.setSingleShot(true);
     m_wait.setInterval(delay);

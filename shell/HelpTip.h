@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <qqmlregistration.h>
 
+#include <chrono>
+
 class QJSEngine;
 class QQmlEngine;
 
@@ -22,11 +24,13 @@ class HelpTip : public QObject
     Q_PROPERTY(QQuickWindow *host READ host NOTIFY isShownChanged)
 
 public:
+    static constexpr std::chrono::milliseconds defaultDelay{600};
+
     [[nodiscard]] static HelpTip &shared();
     static HelpTip *create(QQmlEngine *, QJSEngine *);
 
     /// Without a default parent: of a class that it can make by itself QML makes one of its own.
-    explicit HelpTip(QObject *parent);
+    explicit HelpTip(QObject *parent, std::chrono::milliseconds delay = defaultDelay);
 
     [[nodiscard]] const QString &text() const { return m_text; }
     [[nodiscard]] bool isShown() const { return m_isShown; }

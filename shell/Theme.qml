@@ -55,7 +55,6 @@ QtObject {
     readonly property color scrollThumb: Qt.alpha("white", 0.3)
 
     // Ink on a note's colour
-    readonly property color noteInk: "#1c1c1e"
     readonly property real toolOpacity: 0.55
     readonly property real litToolOpacity: 0.9
     readonly property color toolInk: "black"
@@ -64,7 +63,6 @@ QtObject {
     readonly property color toolSeparator: Qt.alpha("black", 0.15)
     readonly property color toolRing: "black"
     readonly property color swatchRing: "white"
-    readonly property color swatchBorder: Qt.alpha("black", 0.25)
     readonly property color optionFill: Qt.alpha("black", 0.08)
 
     // Sizes, in points
@@ -99,11 +97,9 @@ QtObject {
     readonly property int buttonRadius: 8
     readonly property int focusRing: 2
     readonly property int panelWidth: 300
-    readonly property int editorRadius: 8
     readonly property int editorTop: 46
     readonly property int editorLeading: 24
     readonly property int editorTrailing: 8
-    readonly property int editorRightPadding: 50
     readonly property int optionsTop: 10
     readonly property int optionsTrailing: 24
     readonly property int optionsWidth: 44
@@ -124,11 +120,8 @@ QtObject {
     readonly property int cardRadius: 10
     readonly property int cardPadding: 14
     readonly property int cardShadowReach: 18
-    readonly property int cardDefaultWidth: 340
     readonly property int dragThreshold: 2
-    readonly property int scrollEdge: 36
     readonly property int wheelStep: 60
-    readonly property int scrollSpeed: 14 // points per second for each point within the list's edge
     readonly property int scrollBarWidth: 8
     readonly property int undoBarHeight: 44
     readonly property int undoBarMargin: 16
@@ -146,7 +139,6 @@ QtObject {
     readonly property int buttonFadeDuration: root.moving(150)
     readonly property int glideDuration: root.moving(200)
     readonly property int fadeDuration: root.moving(150)
-    readonly property int undoOffer: 8000
 
     // Fonts
     readonly property string family: "Outfit"

@@ -10,10 +10,15 @@
 #include <memory>
 #include <string_view>
 
+using namespace Qt::StringLiterals;
+
 // The hint of KWin and of compositors that took it over: an empty region means the whole window.
 void blurBehind(QWindow &window)
 {
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    // A program without a screen may have the interface, too, with nothing behind it.
+    const auto *x11 = QGuiApplication::platformName() == "xcb"_L1
+                          ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
+                          : nullptr;
     if (!x11)
         return;
     xcb_connection_t *connection = x11->connection();

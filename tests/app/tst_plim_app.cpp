@@ -2,6 +2,8 @@
 
 #include "core/NotesJson.h"
 #include "core/NotificationCenter.h"
+#include "mainwindow/WindowState.h"
+#include "sticky/WindowHolder.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
 #include <QGuiApplication>
@@ -15,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The application without its window.
+// The application, most often without its window.
 class TestPlimApp : public QObject
 {
     Q_OBJECT
@@ -104,6 +106,25 @@ private Q_SLOTS:
         QTimer::singleShot(0, &plim, &QCoreApplication::quit);
         QCOMPARE(QCoreApplication::exec(), 0);
         QCOMPARE(notesFiles(), (QStringList{u"notes.json"_s, u"notes.json.bak.1"_s}));
+    }
+
+    void theWindowIsShownAsItWasLastTime_data()
+    {
+        QTest::addColumn<bool>("wasMaximized");
+        QTest::newRow("in its frame") << false;
+        QTest::newRow("maximised") << true;
+    }
+    void theWindowIsShownAsItWasLastTime()
+    {
+        QFETCH(bool, wasMaximized);
+        QSettings(WindowState::stateFile(), QSettings::IniFormat)
+            .setValue(u"mainWindow/isMaximized"_s, wasMaximized);
+        PlimApp plim;
+        plim.show();
+        const QWindow *window = WindowHolder::shared().window;
+        QVERIFY(window && window->isVisible());
+        QVERIFY(window->flags() & Qt::FramelessWindowHint);
+        QCOMPARE(bool(window->windowStates() & Qt::WindowMaximized), wasMaximized);
     }
 
     void theSessionManagerIsGivenTheTextsAndCostsNoBackup()

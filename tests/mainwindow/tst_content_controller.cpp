@@ -2,7 +2,7 @@
 
 #include "core/NoteColor.h"
 #include "core/NotesJson.h"
-#include "tests/mainwindow/NoteListFixture.h"
+#include "tests/mainwindow/ContentFixture.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
@@ -13,21 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-struct Fixture : NoteListFixture {
-    using NoteListFixture::NoteListFixture;
-
-    ContentController content{store, selection};
-    QSignalSpy edited{&content, &ContentController::editedNoteChanged};
-    QSignalSpy rowChanged{&content, &ContentController::selectedRowChanged};
-    QSignalSpy saved{&store, &NoteStore::saved};
-
-    void select(const QString &heading) { selection.setSelectedNoteID(id(heading)); }
-    [[nodiscard]] QString body(const QString &heading) const
-    {
-        return store.note(id(heading))->body;
-    }
-};
-
+using Fixture = ContentFixture;
 using Operation = std::function<void(Fixture &)>;
 } // namespace
 
@@ -365,6 +351,47 @@ private Q_SLOTS:
         f.store.updateNote(note);
         QTEST(f.content.editedNote().bodyFontSize, "pixels");
         QCOMPARE(f.edited.count(), 1);
+    }
+
+    void colorAndSizeAreStored()
+    {
+        Fixture f(u"A B"_s);
+        f.select(u"A"_s);
+        const Note other = *f.store.note(f.id(u"B"_s));
+        f.content.setEditedColor(rawValue(NoteColor::blue));
+        f.content.setEditedTextSize(rawValue(NoteTextSize::big));
+        QCOMPARE(f.content.editedColor(), rawValue(NoteColor::blue));
+        QCOMPARE(f.content.paneColor(), displayColor(NoteColor::blue));
+        QCOMPARE(f.content.editedTextSize(), rawValue(NoteTextSize::big));
+        QCOMPARE(f.content.editedNote().bodyFontSize, 19.0);
+        QVERIFY(*f.store.note(f.id(u"B"_s)) == other);
+        QVERIFY(f.store.hasPendingSave());
+        QCOMPARE(f.store.note(f.id(u"A"_s))->color, rawValue(NoteColor::blue));
+    }
+
+    void theSameColorIsStoredOnceMore()
+    {
+        Fixture f(u"A"_s);
+        f.select(u"A"_s);
+        QSignalSpy changed(&f.store, &NoteStore::notesChanged);
+        f.content.setEditedColor(f.content.editedColor());
+        f.content.setEditedTextSize(f.content.editedTextSize());
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void whatIsNoColorOrSizeIsNotStored()
+    {
+        Fixture f(u"A"_s);
+        f.content.setEditedColor(rawValue(NoteColor::red)); // no note is open
+        f.content.setEditedTextSize(rawValue(NoteTextSize::big));
+        QVERIFY(f.content.editedColor().isNull());
+        QVERIFY(f.content.editedTextSize().isNull());
+        f.select(u"A"_s);
+        for (const QString &text : {u""_s, u"pink"_s, u"red "_s}) {
+            f.content.setEditedColor(text);
+            f.content.setEditedTextSize(text);
+        }
+        QVERIFY(!f.store.hasPendingSave());
     }
 
     void colors_data()

@@ -311,6 +311,26 @@ private Q_SLOTS:
         QVERIFY(f.moves.isEmpty());
     }
 
+    void aNoteHeldAtAnEdgeScrollsTheList_data()
+    {
+        QTest::addColumn<qreal>("y");
+        QTest::addColumn<qreal>("speed");
+        QTest::newRow("far from the edges") << 250.0 << 0.0;
+        QTest::newRow("just outside the upper edge") << 36.0 << 0.0;
+        QTest::newRow("just inside the upper edge") << 35.0 << -14.0;
+        QTest::newRow("on the upper edge") << 0.0 << -504.0;
+        QTest::newRow("above the list") << -300.0 << -504.0;
+        QTest::newRow("just outside the lower edge") << 464.0 << 0.0;
+        QTest::newRow("just inside the lower edge") << 465.0 << 14.0;
+        QTest::newRow("on the lower edge") << 500.0 << 504.0;
+        QTest::newRow("below the list") << 900.0 << 504.0;
+    }
+    void aNoteHeldAtAnEdgeScrollsTheList()
+    {
+        QFETCH(qreal, y);
+        QTEST(SidebarReordering::scrollSpeed(y, 500), "speed");
+    }
+
     void theLineIsToldWhenItMoves()
     {
         Fixture f(u"ABCD"_s);
