@@ -166,13 +166,20 @@ FocusScope {
 
         property string noteID: ""
         property point start
-        readonly property point location: Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY)
 
+        // No property: as one it would be a step behind when the centroid tells of its change.
+        function location(): point {
+            return Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY);
+        }
+        function giveUp(): void {
+            gesture.noteID = "";
+            root.content.reordering.cancelDrag();
+        }
         function follow(): void {
             if (!gesture.active || gesture.noteID === "")
                 return;
             root.content.reordering.layOutRows(list.originY, Theme.rowHeight, list.width);
-            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location);
+            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location());
             DragOverlayManager.corner = list.contentItem.mapToGlobal(root.content.reordering.cardCorner());
         }
 
@@ -186,13 +193,17 @@ FocusScope {
                 gesture.start = Qt.point(pressed.x, pressed.y + list.contentY);
                 gesture.noteID = list.noteAt(gesture.start.y);
                 gesture.follow();
-            } else {
-                gesture.noteID = "";
-                root.content.reordering.endDrag();
             }
         }
         onCentroidChanged: gesture.follow()
-        onCanceled: root.content.reordering.cancelDrag()
+        // Both come after the gesture has become inactive, which alone does not say how it ended.
+        onGrabChanged: transition => {
+            if (transition !== PointerDevice.UngrabExclusive)
+                return;
+            gesture.noteID = "";
+            root.content.reordering.endDrag();
+        }
+        onCanceled: gesture.giveUp()
     }
     Connections {
         target: list
@@ -215,6 +226,11 @@ FocusScope {
         function onRowsRemoved() {
             gesture.follow();
         }
+    }
+    Shortcut {
+        sequence: "Esc"
+        enabled: gesture.active && gesture.noteID !== ""
+        onActivated: gesture.giveUp()
     }
     // A note held near the list's edge scrolls it, the faster the nearer.
     FrameAnimation {
