@@ -19,7 +19,7 @@ T.Popup {
     // Or to what is left around it, when the answer has taken it away.
     function giveFocusBack(): void {
         let item = root.lastFocus;
-        while (item && !item.visible)
+        while (item?.visible === false)
             item = item.parent;
         root.lastFocus = null;
         item?.forceActiveFocus(Qt.PopupFocusReason);
