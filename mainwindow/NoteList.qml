@@ -147,7 +147,12 @@ FocusScope {
                 list.currentIndex = row.index;
                 root.content.multiSelection.toggleSelection(row.noteID);
             }
-            onArchiveRequested: root.content.archiveNote(row.noteID)
+            // The row goes away, and the keyboard is not to go with its button.
+            onArchiveRequested: {
+                if (row.hasKeyboard)
+                    list.forceActiveFocus(Qt.OtherFocusReason);
+                root.content.archiveNote(row.noteID);
+            }
             onStickyRequested: root.content.makeSticky(row.noteID)
             onDeleteRequested: root.deleteRequested(row.noteID)
         }
