@@ -44,7 +44,7 @@ Column {
             T.AbstractButton {
                 id: tool
 
-                readonly property color ink: Qt.alpha(Theme.toolInk, entry.isLit ? Theme.litToolOpacity : Theme.toolOpacity)
+                readonly property color ink: Qt.alpha(Theme.toolInk, entry.isLit ? Theme.litToolOpacity : tool.hovered ? Theme.hoveredToolOpacity : Theme.toolOpacity)
 
                 objectName: "tool." + entry.label
                 width: Theme.toolWidth

@@ -99,7 +99,7 @@ Item {
                         width: Theme.optionsDot
                         height: Theme.optionsDot
                         radius: Theme.optionsDot / 2
-                        color: Qt.alpha(Theme.toolInk, optionsButton.hovered || root.showColorPicker ? Theme.litToolOpacity : Theme.toolOpacity)
+                        color: Qt.alpha(Theme.toolInk, optionsButton.hovered || root.showColorPicker ? Theme.litToolOpacity : Theme.hoveredToolOpacity)
                     }
                 }
             }

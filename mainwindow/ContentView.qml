@@ -16,6 +16,12 @@ Window {
     readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
     readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
+    // The keyboard does not stay on what is not there any more.
+    function keepFocusInSight(): void {
+        if (root.activeFocusItem === root.contentItem || !(root.activeFocusItem?.visible && root.activeFocusItem?.enabled))
+            sidebar.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     width: Theme.windowWidth
     height: Theme.windowHeight
     minimumWidth: Theme.minimumWindowWidth
@@ -40,11 +46,6 @@ Window {
     Shortcut {
         sequence: "Ctrl+F"
         onActivated: root.content.searchFocusRequested()
-    }
-    Shortcut {
-        sequence: "Esc"
-        enabled: root.content.reordering.state.isDragging
-        onActivated: root.content.reordering.cancelDrag()
     }
     Shortcut {
         sequence: "Esc"
@@ -99,6 +100,7 @@ Window {
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
+            onVisibleChanged: Qt.callLater(root.keepFocusInSight)
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)
@@ -113,6 +115,7 @@ Window {
             countText: root.content.selectedCountText
             count: root.content.multiSelection.selectedIDs.count
             isArchive: SelectionManager.selectedTab === SidebarTab.Archive
+            onVisibleChanged: Qt.callLater(root.keepFocusInSight)
             onSelectAllRequested: root.content.selectAll()
             onArchiveRequested: root.content.archiveSelection()
             onDeleteRequested: deleteAllDialog.open()
@@ -127,6 +130,7 @@ Window {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.undoBarMargin
             deletionUndo: root.content.deletionUndo
+            onEnabledChanged: Qt.callLater(root.keepFocusInSight)
         }
     }
     Rectangle {

@@ -147,7 +147,12 @@ FocusScope {
                 list.currentIndex = row.index;
                 root.content.multiSelection.toggleSelection(row.noteID);
             }
-            onArchiveRequested: root.content.archiveNote(row.noteID)
+            // The row goes away, and the keyboard is not to go with its button.
+            onArchiveRequested: {
+                if (row.hasKeyboard)
+                    list.forceActiveFocus(Qt.OtherFocusReason);
+                root.content.archiveNote(row.noteID);
+            }
             onStickyRequested: root.content.makeSticky(row.noteID)
             onDeleteRequested: root.deleteRequested(row.noteID)
         }
@@ -166,13 +171,20 @@ FocusScope {
 
         property string noteID: ""
         property point start
-        readonly property point location: Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY)
 
+        // No property: as one it would be a step behind when the centroid tells of its change.
+        function location(): point {
+            return Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY);
+        }
+        function giveUp(): void {
+            gesture.noteID = "";
+            root.content.reordering.cancelDrag();
+        }
         function follow(): void {
             if (!gesture.active || gesture.noteID === "")
                 return;
             root.content.reordering.layOutRows(list.originY, Theme.rowHeight, list.width);
-            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location);
+            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location());
             DragOverlayManager.corner = list.contentItem.mapToGlobal(root.content.reordering.cardCorner());
         }
 
@@ -186,13 +198,17 @@ FocusScope {
                 gesture.start = Qt.point(pressed.x, pressed.y + list.contentY);
                 gesture.noteID = list.noteAt(gesture.start.y);
                 gesture.follow();
-            } else {
-                gesture.noteID = "";
-                root.content.reordering.endDrag();
             }
         }
         onCentroidChanged: gesture.follow()
-        onCanceled: root.content.reordering.cancelDrag()
+        // Both come after the gesture has become inactive, which alone does not say how it ended.
+        onGrabChanged: transition => {
+            if (transition !== PointerDevice.UngrabExclusive)
+                return;
+            gesture.noteID = "";
+            root.content.reordering.endDrag();
+        }
+        onCanceled: gesture.giveUp()
     }
     Connections {
         target: list
@@ -200,16 +216,6 @@ FocusScope {
 
         function onContentYChanged() {
             gesture.follow();
-        }
-    }
-    // Given up from elsewhere: what the pointer still does is no drag any more.
-    Connections {
-        target: root.content.reordering.state
-        enabled: gesture.active
-
-        function onDraggedIDChanged() {
-            if (!root.content.reordering.state.isDragging)
-                gesture.noteID = "";
         }
     }
     Connections {
@@ -225,6 +231,11 @@ FocusScope {
         function onRowsRemoved() {
             gesture.follow();
         }
+    }
+    Shortcut {
+        sequence: "Esc"
+        enabled: gesture.active && gesture.noteID !== ""
+        onActivated: gesture.giveUp()
     }
     // A note held near the list's edge scrolls it.
     FrameAnimation {

@@ -29,7 +29,7 @@ Item {
     readonly property bool isHovered: hover.hovered && !root.isReordering
     readonly property bool offersActions: (root.isHovered || root.hasKeyboard) && !root.isSelectionMode
     readonly property string spokenText: root.titleText + ", " + root.previewText + ", " + root.timestampText + ", " + root.colorName + (root.isSticky ? ", " + L10n.stickyIsOpen : "")
-    readonly property real actionsWidth: root.offersActions ? buttons.width : root.isSticky && !root.isSelectionMode ? Theme.stickyButton + Theme.gap : 0
+    readonly property real actionsWidth: root.offersActions || root.isSticky && !root.isSelectionMode ? buttons.width : 0
 
     signal selected()
     signal selectionToggled()

@@ -39,6 +39,7 @@ void SidebarReordering::drag(const QUuid &noteID, QPointF start, QPointF locatio
     }
     m_state.setDragLocation(location);
     m_state.setHoverIndex(insertionIndex(location));
+    placeLine(); // the same index may be before another row by now
 }
 
 void SidebarReordering::endDrag()

@@ -24,6 +24,12 @@ Window {
         surface.forceActiveFocus(Qt.PopupFocusReason);
     }
 
+    // Not every desktop gives the keyboard back by itself.
+    function dismiss(): void {
+        root.visible = false;
+        (root.transientParent as Window)?.requestActivate();
+    }
+
     flags: Qt.Dialog | Qt.FramelessWindowHint | Qt.NoDropShadowWindowHint
     color: "transparent"
     onVisibleChanged: {
@@ -48,6 +54,6 @@ Window {
 
         anchors.fill: parent
         focus: true
-        Keys.onEscapePressed: root.visible = false
+        Keys.onEscapePressed: root.dismiss()
     }
 }

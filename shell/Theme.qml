@@ -32,18 +32,18 @@ QtObject {
     readonly property color secondaryInk: Qt.alpha("white", 0.7)
     readonly property color hit: "#ffd66b"
     readonly property color accent: "#ffffff"
-    readonly property color destructive: "#ff8a8f"
+    readonly property color destructive: "#ffaeb2"
     readonly property color destructiveFill: "#c93540"
-    readonly property color confirmFill: "#2f6fd6"
+    readonly property color confirmFill: "#2a68cb"
 
     // Grounds on the dark surfaces
     readonly property color pill: Qt.alpha("white", 0.16)
     readonly property color tabs: Qt.alpha("black", 0.22)
     readonly property color field: Qt.alpha("white", 0.08)
     readonly property color fieldFocused: Qt.alpha("white", 0.12)
-    readonly property color buttonFill: Qt.alpha("white", 0.1)
-    readonly property color hoverFill: Qt.alpha("white", 0.1)
-    readonly property color pressedFill: Qt.alpha("white", 0.18)
+    readonly property color buttonFill: Qt.alpha("white", 0.08)
+    readonly property color hoverFill: Qt.alpha("white", 0.08)
+    readonly property color pressedFill: Qt.alpha("black", 0.18) // a lighter one would leave texts too faint
     readonly property color rowSelected: Qt.alpha("black", 0.22)
     readonly property color rowHovered: Qt.alpha("black", 0.15)
     readonly property color rowTicked: Qt.alpha("white", 0.16)
@@ -56,6 +56,7 @@ QtObject {
 
     // Ink on a note's colour
     readonly property real toolOpacity: 0.55
+    readonly property real hoveredToolOpacity: 0.65 // on toolHoverFill
     readonly property real litToolOpacity: 0.9
     readonly property color toolInk: "black"
     readonly property color litFill: Qt.alpha("black", 0.14)

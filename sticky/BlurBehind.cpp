@@ -15,13 +15,13 @@ using namespace Qt::StringLiterals;
 // The hint of KWin and of compositors that took it over: an empty region means the whole window.
 void blurBehind(QWindow &window)
 {
-    // A program without a screen may have the interface, too, with nothing behind it.
-    const auto *x11 = QGuiApplication::platformName() == "xcb"_L1
-                          ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
-                          : nullptr;
-    if (!x11)
+    // Other platforms may have the interface, too, and no connection or windows of their own.
+    if (QGuiApplication::platformName() != "xcb"_L1)
         return;
-    xcb_connection_t *connection = x11->connection();
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
+    if (!connection)
+        return;
     constexpr std::string_view name = "_KDE_NET_WM_BLUR_BEHIND_REGION";
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
         xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()),

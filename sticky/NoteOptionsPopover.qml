@@ -206,7 +206,8 @@ PopoverWindow {
 
         Column {
             width: parent.width
-            visible: visibleChildren.length > 0
+            // Not by its visible children: of what is hidden no child counts as visible.
+            visible: [root.openNotebook, root.newSticky, root.sort, root.sortRandom, root.sortByColor, root.collapseAll, root.expandAll].some(action => action !== null)
             spacing: 2
 
             OptionEntry {

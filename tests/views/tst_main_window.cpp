@@ -1,0 +1,593 @@
+#include "mainwindow/WindowState.h"
+#include "shell/InputModality.h"
+#include "shell/NoteChoices.h"
+#include "tests/views/MainWindow.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The main window with a pointer that rests on nothing.
+struct Whole : MainWindow {
+    explicit Whole(const QString &words = u"A B C a b"_s) : MainWindow(words)
+    {
+        moveTo(window(), QPoint(800, 600));
+    }
+    using MainWindow::window;
+
+    [[nodiscard]] MultiSelection &ticks() { return *content.multiSelection(); }
+    [[nodiscard]] QQuickWindow *popover() const { return window(u"noteOptionsPopover"_s); }
+    void openNote(const QString &heading) const { click(row(heading)); }
+    using MainWindow::openNote;
+    /// The texts of the right side.
+    [[nodiscard]] bool shows(const QString &text) const
+    {
+        return textsIn(window()->contentItem()).contains(text);
+    }
+    void openPopover() const
+    {
+        click(item(u"noteOptions"_s));
+        QTRY_COMPARE(QGuiApplication::focusWindow(), popover());
+        pictureOf(popover());
+    }
+    [[nodiscard]] QStringList walk(Qt::Key key, int steps) const
+    {
+        QStringList names;
+        for (int i = 0; i < steps; ++i) {
+            press(window(), key);
+            names << focusedName();
+        }
+        return names;
+    }
+};
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        setMoving(false);
+    }
+
+    // Opening, adding, searching
+
+    void aClickOpensANote()
+    {
+        const Whole w;
+        QVERIFY(w.shows(u"Select or add a note"_s));
+        w.openNote(u"B"_s);
+        QCOMPARE(w.openNote(), u"B"_s);
+        QVERIFY(!w.shows(u"Select or add a note"_s));
+        QVERIFY(isDrawn(w.item(u"editorToolbar"_s)));
+        QVERIFY(w.row(u"B"_s)->property("isSelected").toBool());
+        w.openNote(u"A"_s);
+        QCOMPARE(w.openNote(), u"A"_s);
+    }
+
+    void thePaneHasTheNotesColour()
+    {
+        Whole w;
+        w.openNote(u"B"_s);
+        const QPoint place(700, 300);
+        QTRY_COMPARE(pictureOf(w.window()).pixelColor(place).rgb(),
+                     NoteChoices().displayColor(w.store.note(w.id(u"B"_s))->color).rgb());
+        w.content.setEditedColor(u"blue"_s);
+        QTRY_COMPARE(pictureOf(w.window()).pixelColor(place).rgb(),
+                     NoteChoices().displayColor(u"blue"_s).rgb());
+    }
+
+    void aNewNoteComesByButtonAndKey()
+    {
+        Whole w;
+        w.selectTab(SidebarTab::Archive);
+        w.content.notes()->setSearchText(u"a"_s);
+        click(w.item(u"newNote"_s));
+        QCOMPARE(w.store.notes().size(), 6);
+        QVERIFY(w.selection.selectedNoteID() == w.store.notes()[0].id);
+        QCOMPARE(w.drawnRows(), u"Untitled A B C"_s);
+        w.ticks().setIsSelectionMode(true);
+        press(w.window(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(w.store.notes().size(), 7);
+        QVERIFY(!w.ticks().isSelectionMode());
+        QVERIFY(w.selection.selectedNoteID() == w.store.notes()[0].id);
+    }
+
+    void typingNarrowsTheList()
+    {
+        const Whole w(u"Milk Bread Butter"_s);
+        press(w.window(), Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(w.focusedName(), u"searchField"_s);
+        type(w.window(), u"br"_s);
+        QTRY_COMPARE(w.drawnRows(), u"Bread"_s);
+        QVERIFY(w.row(u"Bread"_s)->property("titleMarkup").toString().contains(u"<b>"_s));
+        press(w.window(), Qt::Key_Return);
+        QCOMPARE(w.focusedName(), u"noteList"_s);
+        press(w.window(), Qt::Key_Return);
+        QCOMPARE(w.openNote(), u"Bread"_s);
+        press(w.window(), Qt::Key_F, Qt::ControlModifier);
+        type(w.window(), u"zzz"_s);
+        QTRY_COMPARE(w.drawnRows(), QString());
+        QVERIFY(w.shows(u"No results"_s));
+        press(w.window(), Qt::Key_Escape);
+        QTRY_COMPARE(w.drawnRows(), u"Milk Bread Butter"_s);
+        QCOMPARE(w.focusedName(), u"searchField"_s);
+        press(w.window(), Qt::Key_Escape);
+        QCOMPARE(w.focusedName(), u"noteList"_s);
+    }
+
+    void theSearchStaysWhenTheTabChanges()
+    {
+        const Whole w(u"Milk Bread milky"_s);
+        click(w.item(u"searchField"_s));
+        type(w.window(), u"mil"_s);
+        QTRY_COMPARE(w.drawnRows(), u"Milk"_s);
+        click(w.item(u"archiveTab"_s));
+        QTRY_COMPARE(w.drawnRows(), u"milky"_s);
+        QCOMPARE(w.item(u"searchField"_s)->property("text").toString(), u"mil"_s);
+    }
+
+    void anEmptyTabSaysSo()
+    {
+        const Whole w(u"A"_s);
+        QVERIFY(!isDrawn(w.item(u"emptyList"_s)));
+        click(w.item(u"archiveTab"_s));
+        QVERIFY(w.shows(u"No notes"_s));
+        type(w.window(), u"x"_s);
+    }
+
+    // Buttons of a row
+
+    void hoverShowsAndUsesTheButtons()
+    {
+        const Whole w;
+        QVERIFY(!isDrawn(w.rowButton(u"B"_s, u"rowArchive"_s)));
+        hover(w.row(u"B"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowArchive"_s)));
+        QVERIFY(!isDrawn(w.rowButton(u"A"_s, u"rowArchive"_s)));
+        click(w.rowButton(u"B"_s, u"rowArchive"_s));
+        QCOMPARE(w.drawnRows(), u"A C"_s);
+        QCOMPARE(w.openNote(), QString());
+        QTRY_VERIFY(isDrawn(w.rowButton(u"C"_s, u"rowArchive"_s))); // now below the pointer
+        click(w.item(u"archiveTab"_s));
+        hover(w.row(u"B"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowArchive"_s)));
+        click(w.rowButton(u"B"_s, u"rowArchive"_s));
+        QCOMPARE(w.drawnRows(), u"a b"_s);
+    }
+
+    // Deleting
+
+    void aDeletedNoteCanBePutBack()
+    {
+        Whole w;
+        w.openNote(u"B"_s);
+        const NoteArray before = w.store.notes();
+        hover(w.row(u"B"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowDelete"_s)));
+        click(w.rowButton(u"B"_s, u"rowDelete"_s));
+        QTRY_VERIFY(w.shows(u"Delete note permanently?"_s));
+        QCOMPARE(w.storedNotes(), u"A B C a b"_s);
+        click(w.item(u"confirmDelete"_s));
+        QCOMPARE(w.storedNotes(), u"A C a b"_s);
+        QCOMPARE(w.openNote(), QString());
+        QTRY_VERIFY(isDrawn(w.item(u"undoDelete"_s)));
+        QTRY_VERIFY(!w.shows(u"Delete note permanently?"_s));
+        click(w.item(u"undoDelete"_s));
+        QVERIFY(w.store.notes() == before);
+        QCOMPARE(w.openNote(), u"B"_s);
+        QCOMPARE(w.drawnRows(), u"A B C"_s);
+        QTRY_VERIFY(!isDrawn(w.item(u"undoBar"_s)));
+    }
+
+    void theDialogArchivesInstead()
+    {
+        const Whole w;
+        hover(w.row(u"B"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowDelete"_s)));
+        click(w.rowButton(u"B"_s, u"rowDelete"_s));
+        QTRY_VERIFY(w.shows(u"Delete note permanently?"_s));
+        click(w.item(u"archiveInstead"_s));
+        QCOMPARE(w.drawnRows(), u"A C"_s);
+        QVERIFY(w.store.note(w.id(u"B"_s))->isArchived);
+        QVERIFY(!isDrawn(w.item(u"undoBar"_s)));
+    }
+
+    // Several notes
+
+    void selectionModeFromBeginningToEnd()
+    {
+        Whole w;
+        w.openNote(u"A"_s);
+        click(w.item(u"selectionMode"_s));
+        QVERIFY(w.shows(u"Select notes"_s));
+        QVERIFY(w.shows(u"0 notes selected"_s));
+        QVERIFY(!isDrawn(w.item(u"editorToolbar"_s)));
+        click(w.row(u"B"_s));
+        QVERIFY(w.shows(u"1 note selected"_s));
+        QCOMPARE(w.openNote(), u"A"_s); // as it was
+        QVERIFY(w.row(u"B"_s)->property("isCheckmarked").toBool());
+        hover(w.row(u"C"_s));
+        QVERIFY(!isDrawn(w.rowButton(u"C"_s, u"rowDelete"_s)));
+        click(w.item(u"selectAll"_s));
+        QVERIFY(w.shows(u"3 notes selected"_s));
+        click(w.row(u"C"_s));
+        QVERIFY(w.shows(u"2 notes selected"_s));
+        click(w.item(u"archiveSelection"_s));
+        QCOMPARE(w.drawnRows(), u"C"_s);
+        QVERIFY(!w.ticks().isSelectionMode());
+        QVERIFY(!w.shows(u"Select notes"_s));
+
+        click(w.item(u"archiveTab"_s));
+        click(w.item(u"selectionMode"_s));
+        click(w.row(u"B"_s));
+        QVERIFY(w.shows(u"Restore"_s));
+        click(w.item(u"archiveSelection"_s));
+        QCOMPARE(w.drawnRows(), u"A a b"_s);
+    }
+
+    void severalNotesAreDeletedAndPutBack()
+    {
+        Whole w;
+        const NoteArray before = w.store.notes();
+        click(w.item(u"selectionMode"_s));
+        click(w.row(u"A"_s));
+        click(w.row(u"C"_s));
+        click(w.item(u"deleteSelection"_s));
+        QTRY_VERIFY(w.item(u"cancelDeleteAll"_s)->hasActiveFocus());
+        press(w.window(), Qt::Key_Escape);
+        QTRY_VERIFY(!w.shows(u"Delete selected notes permanently?"_s));
+        QVERIFY(w.ticks().isSelectionMode()); // Esc was for the dialog
+        QCOMPARE(w.storedNotes(), u"A B C a b"_s);
+        click(w.item(u"deleteSelection"_s));
+        QTRY_VERIFY(w.item(u"cancelDeleteAll"_s)->hasActiveFocus());
+        click(w.item(u"confirmDeleteAll"_s));
+        QCOMPARE(w.storedNotes(), u"B a b"_s);
+        QVERIFY(!w.ticks().isSelectionMode());
+        QTRY_VERIFY(isDrawn(w.item(u"undoDelete"_s)));
+        click(w.item(u"undoDelete"_s));
+        QVERIFY(w.store.notes() == before);
+    }
+
+    void selectAllTicksWhatTheSearchShows()
+    {
+        Whole w(u"Milk Bread Milkshake"_s);
+        w.content.notes()->setSearchText(u"milk"_s);
+        QTRY_COMPARE(w.drawnRows(), u"Milk Milkshake"_s);
+        click(w.item(u"selectionMode"_s));
+        click(w.item(u"selectAll"_s));
+        QCOMPARE(w.ticks().selectedIDs().count(), 2);
+        QVERIFY(!w.ticks().selectedIDs().contains(w.id(u"Bread"_s)));
+    }
+
+    void selectionModeEndsInEveryWay()
+    {
+        Whole w;
+        const auto begin = [&] {
+            w.ticks().setIsSelectionMode(true);
+            w.ticks().toggleSelection(w.id(u"A"_s));
+        };
+        begin();
+        press(w.window(), Qt::Key_Escape);
+        QVERIFY(!w.ticks().isSelectionMode());
+        begin();
+        click(w.item(u"endSelection"_s));
+        QVERIFY(!w.ticks().isSelectionMode());
+        begin();
+        click(w.item(u"selectionMode"_s));
+        QVERIFY(!w.ticks().isSelectionMode());
+        begin();
+        click(w.item(u"archiveTab"_s));
+        QVERIFY(!w.ticks().isSelectionMode());
+        QCOMPARE(w.ticks().selectedIDs().count(), 0);
+    }
+
+    void escEndsSelectionModeWhereverTheKeyboardIs()
+    {
+        Whole w;
+        for (const QString &name :
+             {u"noteList"_s, u"newNote"_s, u"language.pl"_s, u"selectAll"_s}) {
+            w.ticks().setIsSelectionMode(true);
+            w.item(name)->forceActiveFocus(Qt::TabFocusReason);
+            press(w.window(), Qt::Key_Escape);
+            QVERIFY2(!w.ticks().isSelectionMode(), qPrintable(name));
+        }
+    }
+
+    // The options of a note
+
+    void theButtonOpensAndClosesTheOptions()
+    {
+        const Whole w;
+        w.openNote(u"A"_s);
+        w.openPopover();
+        QVERIFY(w.popover()->isVisible());
+        click(w.item(u"noteOptions"_s)); // closes it, and does not open it again
+        QVERIFY(!w.popover()->isVisible());
+        QTRY_VERIFY(!w.popover()->property("justClosed").toBool());
+        w.openPopover();
+        press(w.popover(), Qt::Key_Escape);
+        QVERIFY(!w.popover()->isVisible());
+        w.openPopover();
+        QTest::mouseClick(w.window(), Qt::LeftButton, {}, QPoint(800, 600));
+        QVERIFY(!w.popover()->isVisible());
+    }
+
+    void theOptionsChangeTheNote()
+    {
+        Whole w;
+        w.openNote(u"A"_s);
+        w.openPopover();
+        click(itemIn(w.popover(), u"swatch.purple"_s));
+        QCOMPARE(w.store.note(w.id(u"A"_s))->color, u"purple"_s);
+        click(itemIn(w.popover(), u"size.big"_s));
+        QVERIFY(w.store.note(w.id(u"A"_s))->textSize == NoteTextSize::big);
+        QVERIFY(w.popover()->isVisible());
+        QTRY_COMPARE(frameOf(itemIn(w.popover(), u"sizePill"_s)),
+                     frameOf(itemIn(w.popover(), u"size.big"_s)));
+    }
+
+    void theLanguageOfOpenOptionsChangesAtOnce()
+    {
+        Whole w;
+        QQmlComponent component(&w.engine);
+        component.setData("import QtQuick.Templates\nAction {}", {});
+        const std::unique_ptr<QObject> action(component.create());
+        QVERIFY2(action, qPrintable(component.errorString()));
+        for (const char *name : {"openNotebook", "newSticky", "sort", "collapseAll"})
+            QVERIFY(w.popover()->setProperty(name, QVariant::fromValue(action.get())));
+        w.openNote(u"A"_s);
+        w.openPopover();
+        const auto texts = [&] {
+            return textsIn(itemIn(w.popover(), u"option.notebook"_s)) +
+                   textsIn(itemIn(w.popover(), u"option.newSticky"_s)) +
+                   textsIn(itemIn(w.popover(), u"option.collapseAll"_s));
+        };
+        QCOMPARE(texts(), (QStringList{u"NOTEBOOK"_s, u"NEW PLIM"_s, u"COLLAPSE"_s}));
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        QCOMPARE(texts(), (QStringList{u"NOTATNIK"_s, u"NOWE PLIM"_s, u"ZWIŃ"_s}));
+        QVERIFY(w.popover()->isVisible());
+        w.popover()->setVisible(false);
+        for (const char *name : {"openNotebook", "newSticky", "sort", "collapseAll"})
+            w.popover()->setProperty(name, QVariant::fromValue<QObject *>(nullptr));
+    }
+
+    void theLanguageIsChosenInTheSidebar()
+    {
+        const Whole w;
+        click(w.item(u"language.pl"_s));
+        QVERIFY(w.shows(u"NOTATKI"_s));
+        QVERIFY(w.shows(u"Szukaj notatek…"_s));
+        QVERIFY(w.shows(u"Wybierz lub dodaj notatkę"_s));
+        click(w.item(u"language.en"_s));
+        QVERIFY(w.shows(u"NOTES"_s));
+        QVERIFY(w.shows(u"Select or add a note"_s));
+    }
+
+    // The keyboard
+
+    void tabComesRoundAndMissesNothing()
+    {
+        const Whole w;
+        w.openNote(u"A"_s);
+        w.item(u"closeWindow"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QStringList walk;
+        for (int i = 0; i < 60 && (walk.isEmpty() || walk.last() != u"closeWindow"); ++i)
+            walk += w.walk(Qt::Key_Tab, 1);
+        QCOMPARE(walk.last(), u"closeWindow"_s);
+        const QStringList wanted{u"notesTab"_s,         u"archiveTab"_s,
+                                 u"selectionMode"_s,    u"makeAllSticky"_s,
+                                 u"newNote"_s,          u"searchField"_s,
+                                 u"noteList"_s,         u"rowSticky"_s,
+                                 u"rowArchive"_s,       u"rowDelete"_s,
+                                 u"language.en"_s,      u"language.pl"_s,
+                                 u"tool.H1"_s,          u"tool.H2"_s,
+                                 u"tool.H3"_s,          u"tool.P"_s,
+                                 u"tool.bold"_s,        u"tool.italic"_s,
+                                 u"tool.underline"_s,   u"tool.strikethrough"_s,
+                                 u"tool.list.bullet"_s, u"tool.list.number"_s,
+                                 u"tool.checklist"_s,   u"tool.link"_s,
+                                 u"tool.divide"_s,      u"noteOptions"_s,
+                                 u"closeWindow"_s};
+        QCOMPARE(walk, wanted);
+        // The other way the list is entered by its row's buttons, whose keys are the list's, too.
+        QStringList others = wanted;
+        others.removeOne(u"noteList"_s);
+        QStringList back = w.walk(Qt::Key_Backtab, int(others.size()));
+        std::ranges::reverse(back);
+        back.move(0, back.size() - 1);
+        QCOMPARE(back, others);
+    }
+
+    void tabComesRoundInSelectionMode()
+    {
+        Whole w;
+        w.ticks().setIsSelectionMode(true);
+        w.ticks().toggleSelection(w.id(u"A"_s));
+        w.item(u"noteList"_s)->forceActiveFocus(Qt::TabFocusReason);
+        const QStringList walk = w.walk(Qt::Key_Tab, 16);
+        for (const QString &name : {u"selectAll"_s, u"archiveSelection"_s, u"deleteSelection"_s,
+                                    u"endSelection"_s, u"closeWindow"_s, u"noteList"_s})
+            QVERIFY2(walk.contains(name), qPrintable(name + u" in "_s + walk.join(u' ')));
+        QVERIFY(!walk.contains(u"rowDelete"_s));
+    }
+
+    void theKeyboardIsInTheListFromTheBeginning()
+    {
+        const Whole w;
+        QCOMPARE(w.focusedName(), u"noteList"_s);
+        press(w.window(), Qt::Key_Down);
+        press(w.window(), Qt::Key_Return);
+        QVERIFY(!w.openNote().isEmpty());
+    }
+
+    void theUndoIsReachedByTab()
+    {
+        Whole w;
+        w.content.deleteNote(w.id(u"A"_s));
+        QTRY_VERIFY(isDrawn(w.item(u"undoDelete"_s)));
+        w.item(u"noteList"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(w.walk(Qt::Key_Tab, 16).contains(u"undoDelete"_s));
+        w.item(u"undoDelete"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Return);
+        QCOMPARE(w.storedNotes(), u"A B C a b"_s);
+    }
+
+    void theKeyboardComesBackAfterADialog_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::newRow("list") << u"noteList"_s;
+        QTest::newRow("search") << u"searchField"_s;
+        QTest::newRow("header") << u"newNote"_s;
+        QTest::newRow("footer") << u"language.pl"_s;
+        QTest::newRow("toolbar") << u"tool.bold"_s;
+    }
+    void theKeyboardComesBackAfterADialog()
+    {
+        QFETCH(QString, from);
+        const Whole w;
+        w.openNote(u"B"_s);
+        w.item(from)->forceActiveFocus(Qt::TabFocusReason);
+        QMetaObject::invokeMethod(w.object(u"deleteNoteDialog"_s), "ask",
+                                  Q_ARG(QString, w.id(u"B"_s).toString()));
+        QTRY_VERIFY(w.item(u"cancelDelete"_s)->hasActiveFocus());
+        press(w.window(), Qt::Key_Escape);
+        QTRY_COMPARE(w.focusedName(), from);
+        QVERIFY(w.item(from)->hasActiveFocus());
+    }
+
+    void theKeyboardIsNotLostWithWhatItWasOn()
+    {
+        Whole w;
+        // The button of a row that is deleted.
+        w.item(u"noteList"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Home);
+        QCOMPARE(w.walk(Qt::Key_Tab, 3).last(), u"rowDelete"_s);
+        press(w.window(), Qt::Key_Return);
+        QTRY_VERIFY(w.item(u"cancelDelete"_s)->hasActiveFocus());
+        click(w.item(u"confirmDelete"_s));
+        QTRY_COMPARE(w.focusedName(), u"noteList"_s);
+        QCOMPARE(w.storedNotes(), u"B C a b"_s);
+        // The button of a row that is archived, and comes back.
+        press(w.window(), Qt::Key_Home);
+        QCOMPARE(w.walk(Qt::Key_Tab, 2).last(), u"rowArchive"_s);
+        press(w.window(), Qt::Key_Return);
+        QCOMPARE(w.storedNotes(), u"B C a b"_s);
+        QCOMPARE(w.drawnRows(), u"C"_s);
+        QTRY_COMPARE(w.focusedName(), u"noteList"_s);
+        QVERIFY(isDrawn(w.window()->activeFocusItem()));
+        w.content.archiveNote(w.id(u"B"_s));
+        // The editor of a note that goes away.
+        w.content.selectNote(w.id(u"B"_s));
+        w.item(u"tool.bold"_s)->forceActiveFocus(Qt::TabFocusReason);
+        w.selection.setSelectedNoteID(std::nullopt);
+        QTRY_COMPARE(w.focusedName(), u"noteList"_s);
+        // The offer of undoing that is over.
+        QVERIFY(isDrawn(w.item(u"undoDelete"_s)));
+        w.item(u"undoDelete"_s)->forceActiveFocus(Qt::TabFocusReason);
+        w.content.deletionUndo()->dismiss();
+        QTRY_COMPARE(w.focusedName(), u"noteList"_s);
+        // The panel of a selection that is over.
+        w.ticks().setIsSelectionMode(true);
+        w.ticks().toggleSelection(w.id(u"B"_s));
+        w.item(u"archiveSelection"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Return);
+        QVERIFY(!w.ticks().isSelectionMode());
+        QTRY_COMPARE(w.focusedName(), u"noteList"_s);
+        // The same, with a question before it.
+        w.ticks().setIsSelectionMode(true);
+        w.ticks().toggleSelection(w.id(u"C"_s));
+        w.item(u"deleteSelection"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Return);
+        QTRY_VERIFY(w.item(u"cancelDeleteAll"_s)->hasActiveFocus());
+        press(w.window(), Qt::Key_Tab);
+        press(w.window(), Qt::Key_Return);
+        QCOMPARE(w.storedNotes(), u"B a b"_s);
+        QTRY_VERIFY(w.window()->activeFocusItem() && isDrawn(w.window()->activeFocusItem()));
+        QVERIFY(w.walk(Qt::Key_Tab, 16).contains(u"newNote"_s));
+    }
+
+    void theKeyboardComesBackAfterTheOptions()
+    {
+        const Whole w;
+        w.openNote(u"A"_s);
+        w.item(u"noteOptions"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Return);
+        QTRY_COMPARE(QGuiApplication::focusWindow(), w.popover());
+        press(w.popover(), Qt::Key_Escape);
+        QTRY_COMPARE(QGuiApplication::focusWindow(), w.window());
+        QCOMPARE(w.focusedName(), u"noteOptions"_s);
+    }
+
+    void theLinkButtonAsksAndEscGoesBack()
+    {
+        const Whole w;
+        w.openNote(u"A"_s);
+        w.item(u"tool.link"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Return);
+        QTRY_COMPARE(w.focusedName(), u"linkField"_s);
+        press(w.window(), Qt::Key_Escape);
+        QTRY_COMPARE(w.focusedName(), u"tool.link"_s);
+    }
+
+    // The window
+
+    void aDoubleClickOnFreeGroundMaximises_data()
+    {
+        QTest::addColumn<QPoint>("place");
+        QTest::newRow("header") << QPoint(270, 8);
+        QTest::newRow("above the editor") << QPoint(700, 20);
+    }
+    void aDoubleClickOnFreeGroundMaximises()
+    {
+        QFETCH(QPoint, place);
+        const Whole w;
+        w.openNote(u"A"_s);
+        QTest::mouseDClick(w.window(), Qt::LeftButton, {}, place);
+        QTRY_COMPARE(w.window()->visibility(), QWindow::Maximized);
+        QTRY_COMPARE(w.window()->size(), QSize(2400, 1500));
+        QTest::mouseDClick(w.window(), Qt::LeftButton, {}, place + QPoint(30, 0));
+        QTRY_COMPARE(w.window()->visibility(), QWindow::Windowed);
+    }
+
+    void aDoubleClickOnAButtonDoesNotMaximise()
+    {
+        const Whole w;
+        QTest::mouseDClick(w.window(), Qt::LeftButton, {}, middleOf(w.item(u"archiveTab"_s)));
+        QCOMPARE(w.window()->visibility(), QWindow::Windowed);
+        QVERIFY(w.selection.selectedTab() == SidebarTab::Archive);
+    }
+
+    void theCloseButtonClosesTheWindow()
+    {
+        const Whole w;
+        QSignalSpy closing(w.window(), SIGNAL(closing(QQuickCloseEvent *)));
+        click(w.item(u"closeWindow"_s));
+        QCOMPARE(closing.size(), 1);
+        QVERIFY(!w.window()->isVisible());
+    }
+
+    void theSidebarTakesItsShareOfAnyWidth()
+    {
+        const Whole w;
+        for (const int width : {900, 1100, 1600}) {
+            w.window()->resize(width, 700);
+            QTRY_COMPARE(w.item(u"sidebar"_s)->width(), qRound(width * 0.4));
+        }
+        QCOMPARE(w.window()->minimumSize(), QSize(900, 560));
+        QVERIFY(w.window()->flags() & Qt::FramelessWindowHint);
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_main_window.moc"
