@@ -207,7 +207,7 @@ PopoverWindow {
         Column {
             width: parent.width
             // Not by its visible children: of what is hidden no child counts as visible.
-            visible: [root.openNotebook, root.newSticky, root.sort, root.sortRandom, root.sortByColor, root.collapseAll, root.expandAll].some(action => action !== null)
+            visible: root.openNotebook !== null || root.newSticky !== null || root.sort !== null || root.sortRandom !== null || root.sortByColor !== null || root.collapseAll !== null || root.expandAll !== null
             spacing: 2
 
             OptionEntry {

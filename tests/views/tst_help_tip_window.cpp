@@ -128,4 +128,4 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestHelpTip)
-#include "tst_help_tip.moc"
+#include "tst_help_tip_window.moc"
