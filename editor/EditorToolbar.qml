@@ -41,7 +41,7 @@ Column {
             required property bool endsGroup
             readonly property alias button: tool
 
-            T.AbstractButton {
+            T.CheckBox { // for its role: that of a control cannot be set everywhere
                 id: tool
 
                 readonly property color ink: Qt.alpha(Theme.toolInk, entry.isLit ? Theme.litToolOpacity : tool.hovered ? Theme.hoveredToolOpacity : Theme.toolOpacity)
@@ -49,12 +49,12 @@ Column {
                 objectName: "tool." + entry.label
                 width: Theme.toolWidth
                 height: Theme.toolHeight
+                checked: entry.isLit
+                nextCheckState: () => tool.checkState // lit by the text at the caret, not by a press
                 hoverEnabled: true
                 focusPolicy: Qt.TabFocus
                 Accessible.role: Accessible.CheckBox
                 Accessible.name: entry.name
-                Accessible.checkable: true
-                Accessible.checked: entry.isLit
                 Keys.onReturnPressed: tool.clicked()
                 Keys.onEnterPressed: tool.clicked()
                 Keys.onUpPressed: repeater.itemAt(Math.max(0, entry.index - 1))?.button.forceActiveFocus(Qt.TabFocusReason)

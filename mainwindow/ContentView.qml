@@ -33,6 +33,13 @@ Window {
     }
     Component.onCompleted: windowState.restore()
 
+    // Once the change that took something away is complete.
+    Timer {
+        id: focusCheck
+
+        interval: 0
+        onTriggered: root.keepFocusInSight()
+    }
     WindowConfig {}
     WindowState {
         id: windowState
@@ -100,7 +107,7 @@ Window {
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
-            onVisibleChanged: Qt.callLater(root.keepFocusInSight)
+            onVisibleChanged: focusCheck.restart()
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)
@@ -115,7 +122,7 @@ Window {
             countText: root.content.selectedCountText
             count: root.content.multiSelection.selectedIDs.count
             isArchive: SelectionManager.selectedTab === SidebarTab.Archive
-            onVisibleChanged: Qt.callLater(root.keepFocusInSight)
+            onVisibleChanged: focusCheck.restart()
             onSelectAllRequested: root.content.selectAll()
             onArchiveRequested: root.content.archiveSelection()
             onDeleteRequested: deleteAllDialog.open()
@@ -130,7 +137,7 @@ Window {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.undoBarMargin
             deletionUndo: root.content.deletionUndo
-            onEnabledChanged: Qt.callLater(root.keepFocusInSight)
+            onEnabledChanged: focusCheck.restart()
         }
     }
     Rectangle {

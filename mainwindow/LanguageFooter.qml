@@ -42,7 +42,7 @@ Item {
         Repeater {
             model: [{ value: "en", name: "English" }, { value: "pl", name: "Polski" }]
 
-            T.AbstractButton {
+            T.RadioButton { // for its role: that of a control cannot be set everywhere
                 id: choice
 
                 required property var modelData
@@ -53,6 +53,7 @@ Item {
                 rightPadding: Theme.gap
                 implicitWidth: choice.implicitContentWidth + choice.leftPadding + choice.rightPadding
                 implicitHeight: Theme.tabHeight
+                checkable: false
                 hoverEnabled: true
                 focusPolicy: Qt.TabFocus
                 Accessible.role: Accessible.RadioButton

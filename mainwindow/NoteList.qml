@@ -73,7 +73,7 @@ FocusScope {
         highlightResizeDuration: 0
         boundsBehavior: Flickable.StopAtBounds
         reuseItems: true
-        cacheBuffer: 4 * Theme.rowHeight
+        cacheBuffer: 0 // rows made ahead may be gone when they are ready, which Qt warns of
         Accessible.role: Accessible.List
         Accessible.name: SelectionManager.selectedTab === SidebarTab.Archive ? L10n.archiveTab : L10n.notesTab
         T.ScrollBar.vertical: ListScrollBar {}

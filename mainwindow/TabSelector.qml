@@ -44,7 +44,7 @@ Item {
 
         model: [SidebarTab.Notes, SidebarTab.Archive]
 
-        T.AbstractButton {
+        T.TabButton { // for its role: that of a control cannot be set everywhere
             id: tab
 
             required property int modelData
@@ -57,6 +57,7 @@ Item {
             x: tab.index * Theme.tabWidth
             width: Theme.tabWidth
             height: root.height
+            checkable: false
             hoverEnabled: true
             focusPolicy: Qt.TabFocus
             text: tab.localizedTitle

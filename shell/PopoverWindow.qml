@@ -8,7 +8,7 @@ Window {
 
     required property Item anchor
     default property alias content: surface.data
-    readonly property bool isOpen: root.visible
+    property bool isOpen: false
     /// The press that closed it may be one on the control that opens it: that is not to open it again.
     readonly property bool justClosed: rest.running
 
@@ -32,8 +32,14 @@ Window {
 
     flags: Qt.Dialog | Qt.FramelessWindowHint | Qt.NoDropShadowWindowHint
     color: "transparent"
-    onVisibleChanged: {
-        if (!root.visible)
+    // A window that the desktop closes does not tell that by its visibility.
+    onClosing: {
+        root.visible = false;
+        root.isOpen = false;
+    }
+    onVisibleChanged: root.isOpen = root.visible
+    onIsOpenChanged: {
+        if (!root.isOpen)
             root.closed();
     }
 

@@ -20,6 +20,7 @@ PopoverWindow {
     property T.Action collapseAll: null
     property T.Action expandAll: null
     property bool showSortMenu: false
+    readonly property bool offersSorting: root.sort !== null || root.sortRandom !== null || root.sortByColor !== null
 
     signal update(color: string)
     signal sizeChange(size: string)
@@ -90,7 +91,7 @@ PopoverWindow {
 
                 model: NoteChoices.colors
 
-                T.AbstractButton {
+                T.RadioButton { // for its role: that of a control cannot be set everywhere
                     id: swatch
 
                     required property string modelData
@@ -100,6 +101,7 @@ PopoverWindow {
                     x: swatch.index * swatches.step
                     width: swatches.side
                     height: swatches.side
+                    checkable: false
                     hoverEnabled: true
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: L10n[swatch.modelData]
@@ -163,7 +165,7 @@ PopoverWindow {
 
                 model: NoteChoices.textSizes
 
-                T.AbstractButton {
+                T.RadioButton {
                     id: pill
 
                     required property string modelData
@@ -173,6 +175,7 @@ PopoverWindow {
                     x: pill.index * Theme.sizePillWidth
                     width: Theme.sizePillWidth
                     height: Theme.sizePillHeight
+                    checkable: false
                     hoverEnabled: true
                     text: NoteChoices.textSizeLabels[pill.index]
                     Accessible.role: Accessible.RadioButton
@@ -207,7 +210,7 @@ PopoverWindow {
         Column {
             width: parent.width
             // Not by its visible children: of what is hidden no child counts as visible.
-            visible: root.openNotebook !== null || root.newSticky !== null || root.sort !== null || root.sortRandom !== null || root.sortByColor !== null || root.collapseAll !== null || root.expandAll !== null
+            visible: root.openNotebook !== null || root.newSticky !== null || root.offersSorting || root.collapseAll !== null || root.expandAll !== null
             spacing: 2
 
             OptionEntry {
@@ -229,7 +232,7 @@ PopoverWindow {
             OptionEntry {
                 objectName: "option.sort"
                 width: parent.width
-                visible: root.sort !== null || root.sortRandom !== null || root.sortByColor !== null
+                visible: root.offersSorting
                 symbol: "arrow.up.arrow.down"
                 text: L10n.sort
                 Accessible.checkable: true

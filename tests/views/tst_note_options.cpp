@@ -225,7 +225,7 @@ private Q_SLOTS:
         click(w.part(u"option.sort"_s));
         QTRY_VERIFY(!w.shownEntries().contains(u"sortRandom"_s));
         click(w.part(u"option.sort"_s));
-        w.popover()->setVisible(false);
+        press(w.popover(), Qt::Key_Escape);
         w.open();
         QVERIFY(!w.shownEntries().contains(u"sortRandom"_s));
         QTRY_COMPARE(w.popover()->height(), height);
@@ -297,6 +297,19 @@ private Q_SLOTS:
     }
 
     // The window of it
+
+    void theDesktopMayCloseIt()
+    {
+        const Options w;
+        QSignalSpy closed(w.popover(), SIGNAL(closed()));
+        w.open();
+        w.popover()->close();
+        QVERIFY(!w.popover()->isVisible());
+        QCOMPARE(closed.size(), 1);
+        QVERIFY(!w.popover()->property("isOpen").toBool());
+        w.open();
+        QVERIFY(w.popover()->isVisible());
+    }
 
     void escClosesIt()
     {

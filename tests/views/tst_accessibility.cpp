@@ -1,0 +1,352 @@
+#include "shell/L10n.h"
+#include "shell/NoteChoices.h"
+#include "tests/views/MainWindow.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isControl(QAccessible::Role role)
+{
+    switch (role) {
+    case QAccessible::Button:
+    case QAccessible::CheckBox:
+    case QAccessible::RadioButton:
+    case QAccessible::EditableText:
+    case QAccessible::ListItem:
+    case QAccessible::PageTab:
+    case QAccessible::Dialog:
+    case QAccessible::List:
+    case QAccessible::ToolBar:
+    case QAccessible::PageTabList:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void visit(QAccessibleInterface *node, const std::function<void(QAccessibleInterface *)> &look)
+{
+    if (!node || !node->isValid())
+        return;
+    look(node);
+    for (int i = 0; i < node->childCount(); ++i)
+        visit(node->child(i), look);
+}
+
+/// Everything that can be reached in the window and is not hidden.
+QList<QAccessibleInterface *> shownIn(QQuickWindow *window)
+{
+    QList<QAccessibleInterface *> shown;
+    visit(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface *node) {
+        const auto *item = qobject_cast<QQuickItem *>(node->object());
+        if (item && isDrawn(item) && !node->state().invisible)
+            shown << node;
+    });
+    return shown;
+}
+
+QString nameOf(QAccessibleInterface *node)
+{
+    return node->text(QAccessible::Name);
+}
+
+QAccessibleInterface *interfaceOf(QQuickItem *item)
+{
+    QAccessibleInterface *found = QAccessible::queryAccessibleInterface(item);
+    if (!found)
+        qFatal("%s cannot be reached", qPrintable(item->objectName()));
+    return found;
+}
+
+struct Spoken : MainWindow {
+    explicit Spoken(AppLanguage language = AppLanguage::en)
+        : MainWindow(u"Milk Bread Butter old"_s, QSize(1100, 700), language)
+    {
+        moveTo(window(), QPoint(800, 600));
+    }
+    using MainWindow::window;
+
+    /// What has no name but should have one.
+    [[nodiscard]] static QStringList nameless(QQuickWindow *window)
+    {
+        QStringList nameless;
+        for (QAccessibleInterface *node : shownIn(window)) {
+            if (isControl(node->role()) && nameOf(node).trimmed().isEmpty())
+                nameless << node->object()->objectName() +
+                                QLatin1StringView(node->object()->metaObject()->className());
+        }
+        return nameless;
+    }
+    /// Names of all controls of the role, in order.
+    [[nodiscard]] static QStringList names(QQuickWindow *window, QAccessible::Role role)
+    {
+        QStringList names;
+        for (QAccessibleInterface *node : shownIn(window)) {
+            if (node->role() == role)
+                names << nameOf(node);
+        }
+        return names;
+    }
+    [[nodiscard]] QAccessible::State state(const QString &heading) const
+    {
+        return interfaceOf(row(heading))->state();
+    }
+    [[nodiscard]] QQuickWindow *popover() const { return window(u"noteOptionsPopover"_s); }
+};
+} // namespace
+
+class TestAccessibility : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        setMoving(false);
+        QAccessible::setActive(true);
+    }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void everyControlHasAName_data()
+    {
+        QTest::addColumn<AppLanguage>("language");
+        QTest::addColumn<QString>("state");
+        for (const QString &state :
+             {u"empty pane"_s, u"open note"_s, u"hovered row"_s, u"search"_s, u"nothing found"_s,
+              u"selection mode"_s, u"delete dialog"_s, u"batch dialog"_s, u"link dialog"_s,
+              u"popover"_s, u"undo"_s}) {
+            QTest::addRow("%s, pl", qPrintable(state)) << AppLanguage::pl << state;
+            QTest::addRow("%s, en", qPrintable(state)) << AppLanguage::en << state;
+        }
+    }
+    void everyControlHasAName()
+    {
+        QFETCH(AppLanguage, language);
+        QFETCH(QString, state);
+        Spoken w(language);
+        QQuickWindow *window = w.window();
+        QString wanted; // in this state there is something of this name
+        if (state != u"empty pane")
+            w.content.selectNote(w.id(u"Bread"_s));
+        if (state == u"open note") {
+            wanted = L10n::strikethrough();
+        } else if (state == u"hovered row") {
+            hover(w.row(u"Milk"_s));
+            QTRY_VERIFY(isDrawn(w.rowButton(u"Milk"_s, u"rowDelete"_s)));
+            wanted = L10n::archiveNote();
+        } else if (state == u"search") {
+            w.content.notes()->setSearchText(u"mi"_s);
+            wanted = L10n::clearSearch();
+        } else if (state == u"nothing found") {
+            w.content.notes()->setSearchText(u"zzz"_s);
+            QTRY_VERIFY(isDrawn(w.item(u"emptyList"_s)));
+            wanted = L10n::noResults();
+        } else if (state == u"selection mode" || state == u"batch dialog") {
+            w.content.multiSelection()->setIsSelectionMode(true);
+            w.content.selectAll();
+            wanted = L10n::selectAll();
+            if (state == u"batch dialog") {
+                click(w.item(u"deleteSelection"_s));
+                wanted = L10n::deletePermanently();
+            }
+        } else if (state == u"delete dialog") {
+            QMetaObject::invokeMethod(w.object(u"deleteNoteDialog"_s), "ask",
+                                      Q_ARG(QString, w.id(u"Milk"_s).toString()));
+            wanted = L10n::deletePermanently();
+        } else if (state == u"link dialog") {
+            click(w.item(u"tool.link"_s));
+            wanted = L10n::enterURL();
+        } else if (state == u"popover") {
+            click(w.item(u"noteOptions"_s));
+            QTRY_VERIFY(w.popover()->isVisible());
+            window = w.popover();
+            QQmlComponent component(&w.engine);
+            component.setData("import QtQuick.Templates\nAction {}", {});
+            QObject *action = component.create();
+            action->setParent(window);
+            for (const char *name : {"openNotebook", "newSticky", "sort", "sortRandom",
+                                     "sortByColor", "collapseAll", "expandAll"})
+                QVERIFY(window->setProperty(name, QVariant::fromValue(action)));
+            window->setProperty("showSortMenu", true);
+            pictureOf(window);
+            wanted = L10n::sortRandomly();
+        } else if (state == u"undo") {
+            w.content.deleteNote(w.id(u"Milk"_s));
+            wanted = L10n::undo();
+        }
+        const auto isThere = [&] {
+            const auto shown = shownIn(window);
+            return std::ranges::any_of(
+                shown, [&](QAccessibleInterface *node) { return nameOf(node) == wanted; });
+        };
+        if (!wanted.isEmpty())
+            QTRY_VERIFY2(isThere(), qPrintable(wanted));
+        QCOMPARE(Spoken::nameless(window), QStringList());
+    }
+
+    void namesAndStatesAreThereWhenAssistanceComesLate()
+    {
+        QAccessible::setActive(false);
+        Spoken w;
+        w.content.selectNote(w.id(u"Bread"_s));
+        QAccessible::setActive(true);
+        QCOMPARE(Spoken::nameless(w.window()), QStringList());
+        QVERIFY(interfaceOf(w.item(u"language.en"_s))->state().checked);
+        QVERIFY(interfaceOf(w.item(u"notesTab"_s))->state().selected);
+        QCOMPARE(Spoken::names(w.window(), QAccessible::PageTab).size(), 2);
+    }
+
+    void aRowReadsItsNote()
+    {
+        Spoken w;
+        const QStringList names = Spoken::names(w.window(), QAccessible::ListItem);
+        QCOMPARE(names.size(), 3);
+        const QString time = w.row(u"Milk"_s)->property("timestampText").toString();
+        QVERIFY(!time.isEmpty());
+        QCOMPARE(names[0], u"Milk, about Milk, "_s + time + u", yellow"_s);
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        QVERIFY(nameOf(interfaceOf(w.row(u"Milk"_s))).endsWith(u", żółty"_s));
+    }
+
+    void aRowSaysThatItsStickyWindowIsOpen()
+    {
+        Spoken w;
+        w.pretendSticky({u"Bread"_s});
+        QVERIFY(nameOf(interfaceOf(w.row(u"Bread"_s))).endsWith(u", Sticky note is open"_s));
+        QVERIFY(!nameOf(interfaceOf(w.row(u"Milk"_s))).contains(u"Sticky"_s));
+        QVERIFY(isDrawn(w.rowButton(u"Bread"_s, u"rowSticky"_s)));
+        w.pretendSticky({});
+        QVERIFY(!nameOf(interfaceOf(w.row(u"Bread"_s))).contains(u"Sticky"_s));
+    }
+
+    void theOpenNotesRowIsSelected()
+    {
+        Spoken w;
+        QVERIFY(!w.state(u"Bread"_s).selected);
+        w.content.selectNote(w.id(u"Bread"_s));
+        QVERIFY(w.state(u"Bread"_s).selectable);
+        QVERIFY(w.state(u"Bread"_s).selected);
+        QVERIFY(!w.state(u"Milk"_s).selected);
+    }
+
+    void aTickedRowIsChecked()
+    {
+        Spoken w;
+        QVERIFY(!w.state(u"Bread"_s).checkable);
+        w.content.multiSelection()->setIsSelectionMode(true);
+        QVERIFY(w.state(u"Bread"_s).checkable);
+        QVERIFY(!w.state(u"Bread"_s).checked);
+        w.content.multiSelection()->toggleSelection(w.id(u"Bread"_s));
+        QVERIFY(w.state(u"Bread"_s).checked);
+        QVERIFY(!w.state(u"Milk"_s).checked);
+    }
+
+    void theRowOfTheKeyboardIsFocused()
+    {
+        Spoken w;
+        w.item(u"noteList"_s)->forceActiveFocus(Qt::TabFocusReason);
+        press(w.window(), Qt::Key_Home);
+        press(w.window(), Qt::Key_Down);
+        QVERIFY(w.state(u"Bread"_s).focused);
+        QVERIFY(!w.state(u"Milk"_s).focused);
+    }
+
+    void aRowCanBePressed()
+    {
+        Spoken w;
+        QAccessibleActionInterface *action = interfaceOf(w.row(u"Bread"_s))->actionInterface();
+        QVERIFY(action);
+        QVERIFY(action->actionNames().contains(QAccessibleActionInterface::pressAction()));
+        action->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(w.openNote(), u"Bread"_s);
+    }
+
+    void hiddenButtonsOfARowAreNotRead()
+    {
+        Spoken w;
+        const QStringList buttons = Spoken::names(w.window(), QAccessible::Button);
+        QVERIFY(!buttons.contains(u"Archive note"_s));
+        QVERIFY(buttons.contains(u"New note (Cmd+N)"_s));
+    }
+
+    void theShownTabIsSelected()
+    {
+        Spoken w;
+        QCOMPARE(Spoken::names(w.window(), QAccessible::PageTab),
+                 (QStringList{u"NOTES"_s, u"ARCHIVE"_s}));
+        QVERIFY(interfaceOf(w.item(u"notesTab"_s))->state().selected);
+        QVERIFY(!interfaceOf(w.item(u"archiveTab"_s))->state().selected);
+        w.selectTab(SidebarTab::Archive);
+        QVERIFY(!interfaceOf(w.item(u"notesTab"_s))->state().selected);
+        QVERIFY(interfaceOf(w.item(u"archiveTab"_s))->state().selected);
+    }
+
+    void theCurrentLanguageIsChecked()
+    {
+        Spoken w;
+        QCOMPARE(Spoken::names(w.window(), QAccessible::RadioButton),
+                 (QStringList{u"English"_s, u"Polski"_s}));
+        QVERIFY(interfaceOf(w.item(u"language.en"_s))->state().checked);
+        QVERIFY(!interfaceOf(w.item(u"language.pl"_s))->state().checked);
+        LanguageManager::shared().setLanguage(AppLanguage::pl);
+        QVERIFY(interfaceOf(w.item(u"language.pl"_s))->state().checked);
+    }
+
+    void theToolbarsButtonsTellWhetherTheyAreLit()
+    {
+        Spoken w;
+        w.content.selectNote(w.id(u"Bread"_s));
+        QCOMPARE(Spoken::names(w.window(), QAccessible::CheckBox).size(), 13);
+        QVERIFY(!interfaceOf(w.item(u"tool.bold"_s))->state().checked);
+        click(w.item(u"tool.bold"_s));
+        QVERIFY(!interfaceOf(w.item(u"tool.bold"_s))->state().checked); // the page has not said so
+    }
+
+    void theNotesColourAndSizeAreChecked()
+    {
+        Spoken w;
+        w.content.selectNote(w.id(u"Bread"_s));
+        click(w.item(u"noteOptions"_s));
+        QTRY_VERIFY(w.popover()->isVisible());
+        for (const QString &name : NoteChoices::colors()) {
+            w.content.setEditedColor(name);
+            for (const QString &other : NoteChoices::colors())
+                QCOMPARE(
+                    bool(interfaceOf(itemIn(w.popover(), u"swatch."_s + other))->state().checked),
+                    other == name);
+        }
+        const QStringList colours = Spoken::names(w.popover(), QAccessible::RadioButton).mid(0, 7);
+        QCOMPARE(colours.join(u' '), u"red orange yellow green blue purple brown"_s);
+        for (const QString &size : NoteChoices::textSizes()) {
+            w.content.setEditedTextSize(size);
+            QVERIFY(interfaceOf(itemIn(w.popover(), u"size."_s + size))->state().checked);
+        }
+    }
+
+    void aDialogReadsItsQuestion()
+    {
+        Spoken w;
+        QMetaObject::invokeMethod(w.object(u"deleteNoteDialog"_s), "ask",
+                                  Q_ARG(QString, w.id(u"Milk"_s).toString()));
+        QTRY_COMPARE(Spoken::names(w.window(), QAccessible::Dialog),
+                     QStringList{u"Delete note permanently?"_s});
+    }
+
+    void theOfferToUndoIsAnnounced()
+    {
+        Spoken w;
+        w.content.deleteNote(w.id(u"Milk"_s));
+        QTRY_COMPARE(Spoken::names(w.window(), QAccessible::AlertMessage),
+                     QStringList{u"Note deleted"_s});
+    }
+};
+
+QTEST_MAIN(TestAccessibility)
+#include "tst_accessibility.moc"
