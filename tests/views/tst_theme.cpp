@@ -214,7 +214,7 @@ void TestTheme::everyTextIsReadableOnItsGround_data()
         const QColor paper = NoteChoices::displayColor(name);
         const QByteArray on = "on " + name.toUtf8();
         add("black " + on, Qt::black, {paper}, textContrast);
-        add("note " + on, color("noteInk"), {paper}, textContrast);
+        add("note " + on, QColor(0x1c, 0x1c, 0x1e), {paper}, textContrast); // as the page writes
         add("tool " + on, faded(tool, number("toolOpacity")), {paper}, controlContrast);
         add("hovered tool " + on, faded(tool, number("hoveredToolOpacity")),
             {over(color("toolHoverFill"), paper)}, controlContrast);
