@@ -87,6 +87,46 @@ void PlimRun::click(QPoint position) const
     xdotool({u"mousemove"_s, u"--window"_s, m_window, QString::number(position.x()), QString::number(position.y()), u"click"_s, u"1"_s});
 }
 
+void PlimRun::doubleClick(QPoint position) const
+{
+    point(position);
+    xdotool({u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
+}
+
+void PlimRun::point(QPoint position) const
+{
+    xdotool({u"mousemove"_s, u"--window"_s, m_window, QString::number(position.x()),
+             QString::number(position.y())});
+}
+
+// As a hand does it: in small steps, each of them seen by the program and by the window manager.
+void PlimRun::drag(QPoint from, QPoint to) const
+{
+    constexpr int steps = 12;
+    const QPoint origin = geometry().topLeft();
+    QStringList arguments;
+    const auto moveTo = [&](QPoint position) {
+        arguments << u"mousemove"_s << QString::number(position.x()) << QString::number(position.y())
+                  << u"sleep"_s << u"0.03"_s;
+    };
+    moveTo(origin + from);
+    arguments << u"mousedown"_s << u"1"_s << u"sleep"_s << u"0.05"_s;
+    for (int step = 1; step <= steps; ++step)
+        moveTo(origin + from + (to - from) * step / steps);
+    arguments << u"mouseup"_s << u"1"_s;
+    xdotool(arguments);
+}
+
+QRect PlimRun::geometry() const
+{
+    QHash<QString, int> values;
+    const QStringList lines =
+        output(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, m_window}).split(u'\n');
+    for (const QString &line : lines)
+        values.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
+    return {values[u"X"_s], values[u"Y"_s], values[u"WIDTH"_s], values[u"HEIGHT"_s]};
+}
+
 void PlimRun::type(const QString &text) const
 {
     xdotool({u"type"_s, u"--delay"_s, u"15"_s, u"--"_s, text});

@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QPoint>
 #include <QProcess>
+#include <QRect>
 #include <QStringList>
 
 /// The built program on the display that scripts/test started, driven as a user drives it.
@@ -24,6 +25,13 @@ public:
     [[nodiscard]] bool selectRow(int row, const QString &noteID);
     /// In pixels from the window's upper left corner.
     void click(QPoint position) const;
+    void doubleClick(QPoint position) const;
+    /// Moves the pointer there, with no button down.
+    void point(QPoint position) const;
+    /// Presses the left button at one place and lets go at another.
+    void drag(QPoint from, QPoint to) const;
+    /// On the screen, in pixels.
+    [[nodiscard]] QRect geometry() const;
     /// Real key events; letters that no key has are put on one for the moment.
     void type(const QString &text) const;
     /// Keys in the X server's names, "ctrl+z".
