@@ -14,6 +14,7 @@ T.Popup {
     property string message: ""
     property alias content: extra.data
     property alias buttons: buttonRow.data
+    readonly property FocusReturn focusReturn: FocusReturn {}
 
     parent: T.Overlay.overlay
     x: Math.round((root.parent.width - root.width) / 2)
@@ -24,7 +25,11 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onAboutToShow: root.firstFocus.focus = true // at once: a key may be under way already
+    onAboutToShow: {
+        root.focusReturn.remember(root.parent);
+        root.firstFocus.focus = true; // at once: a key may be under way already
+    }
+    onAboutToHide: root.focusReturn.giveBack()
 
     T.Overlay.modal: Rectangle {
         radius: Theme.windowRadius
