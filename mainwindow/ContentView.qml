@@ -49,6 +49,13 @@ Window {
         onActivated: root.content.multiSelection.end()
     }
 
+    Connections {
+        target: root.content
+
+        function onEditorFocusRequested() {
+            editorView.controller.focusEditor();
+        }
+    }
     SidebarView {
         id: sidebar
 
