@@ -16,6 +16,12 @@ Window {
     readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
     readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
+    // What had the keyboard may go with its note, its panel or its bar: then it is the list's.
+    function keepKeyboard(): void {
+        if (root.activeFocusItem === root.contentItem || root.activeFocusItem?.visible === false)
+            sidebar.enterList();
+    }
+
     width: Theme.windowWidth
     height: Theme.windowHeight
     minimumWidth: Theme.minimumWindowWidth
@@ -25,6 +31,8 @@ Window {
         if (!root.content.isEditorWanted)
             root.content.prepareEditor();
     }
+
+    onActiveFocusItemChanged: Qt.callLater(root.keepKeyboard)
 
     WindowConfig {}
     WindowState {
@@ -42,6 +50,11 @@ Window {
         sequence: "Esc"
         enabled: root.content.reordering.state.isDragging
         onActivated: root.content.reordering.cancelDrag()
+    }
+    Shortcut {
+        sequence: "Esc"
+        enabled: editorView.hasKeyboard && !root.content.reordering.state.isDragging
+        onActivated: sidebar.enterList()
     }
     Shortcut {
         sequence: "Esc"
@@ -103,6 +116,7 @@ Window {
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
+            onVisibleChanged: Qt.callLater(root.keepKeyboard)
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)
@@ -117,6 +131,7 @@ Window {
             countText: root.content.selectedCountText
             count: root.content.multiSelection.selectedIDs.count
             isArchive: SelectionManager.selectedTab === SidebarTab.Archive
+            onVisibleChanged: Qt.callLater(root.keepKeyboard)
             onSelectAllRequested: root.content.selectAll()
             onArchiveRequested: root.content.archiveSelection()
             onDeleteRequested: deleteAllDialog.open()

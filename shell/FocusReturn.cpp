@@ -19,7 +19,7 @@ void FocusReturn::remember(QQuickItem *ofSameWindow)
 void FocusReturn::giveBack()
 {
     QQuickItem *item = std::exchange(m_item, nullptr);
-    if (!item || !item->window())
+    if (!item || !item->window() || !item->isVisible())
         return;
     const QQuickItem *current = item->window()->activeFocusItem();
     if (!current || current == item->window()->contentItem())

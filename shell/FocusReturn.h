@@ -18,7 +18,7 @@ public:
     /// Remembers the outermost focus scope around what has the keyboard: what it was within may be
     /// gone by then, and a scope knows itself who in it comes next.
     Q_INVOKABLE void remember(QQuickItem *ofSameWindow);
-    /// Leaves the keyboard alone when somebody has taken it meanwhile.
+    /// Leaves the keyboard alone when somebody has taken it meanwhile, or what had it is hidden.
     Q_INVOKABLE void giveBack();
 
 private:

@@ -101,6 +101,17 @@ private Q_SLOTS:
         QVERIFY(!scene.beside->hasActiveFocus());
     }
 
+    void whatIsHiddenGetsNothing()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        scene.beside->forceActiveFocus();
+        scene.openPopup();
+        scene.beside->setVisible(false);
+        scene.closePopup();
+        QVERIFY(!scene.beside->hasActiveFocus());
+    }
+
     void whatIsGoneGetsNothing()
     {
         Scene scene;
