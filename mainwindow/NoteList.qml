@@ -166,13 +166,15 @@ FocusScope {
 
         property string noteID: ""
         property point start
-        readonly property point location: Qt.point(gesture.centroid.position.x, gesture.centroid.position.y + list.contentY)
 
+        // Reads the pointer itself: a binding to it may be told after this, and be one move behind.
         function follow(): void {
             if (!gesture.active || gesture.noteID === "")
                 return;
+            const pointer = gesture.centroid.position;
+            const location = Qt.point(pointer.x, pointer.y + list.contentY);
             root.content.reordering.layOutRows(list.originY, Theme.rowHeight, list.width);
-            root.content.reordering.drag(gesture.noteID, gesture.start, gesture.location);
+            root.content.reordering.drag(gesture.noteID, gesture.start, location);
             DragOverlayManager.corner = list.contentItem.mapToGlobal(root.content.reordering.cardCorner());
         }
 
