@@ -32,9 +32,16 @@ Window {
             root.content.prepareEditor();
     }
 
-    onActiveFocusItemChanged: Qt.callLater(root.keepKeyboard)
+    onActiveFocusItemChanged: keyboardCheck.start()
 
     WindowConfig {}
+    // Later: a popup that closes, or a note that opens, is still handing the keyboard on.
+    Timer {
+        id: keyboardCheck
+
+        interval: 0
+        onTriggered: root.keepKeyboard()
+    }
     WindowState {
         window: root
     }
@@ -116,7 +123,7 @@ Window {
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
-            onVisibleChanged: Qt.callLater(root.keepKeyboard)
+            onVisibleChanged: keyboardCheck.start()
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)
@@ -131,7 +138,7 @@ Window {
             countText: root.content.selectedCountText
             count: root.content.multiSelection.selectedIDs.count
             isArchive: SelectionManager.selectedTab === SidebarTab.Archive
-            onVisibleChanged: Qt.callLater(root.keepKeyboard)
+            onVisibleChanged: keyboardCheck.start()
             onSelectAllRequested: root.content.selectAll()
             onArchiveRequested: root.content.archiveSelection()
             onDeleteRequested: deleteAllDialog.open()
