@@ -18,6 +18,7 @@ Item {
     readonly property alias controller: editorController
     readonly property alias optionsAnchor: optionsButton
     readonly property alias linkDialog: linkDialog
+    readonly property alias hasKeyboard: editor.activeFocus ///< what is typed goes into the note
 
     signal edited(noteID: var, html: string)
 

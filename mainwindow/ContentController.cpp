@@ -128,8 +128,12 @@ void ContentController::selectTab(SidebarTab tab)
     m_selection.setSelectedTab(tab);
 }
 
+// A note that is opened gets the keyboard; one that is open already is meant to have it, too.
 void ContentController::selectNote(const QUuid &noteID)
 {
+    if (m_selection.selectedNoteID() == noteID)
+        Q_EMIT
+    editorFocusRequested();
     m_selection.setSelectedNoteID(noteID);
 }
 

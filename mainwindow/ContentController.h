@@ -89,6 +89,7 @@ Q_SIGNALS:
     void isEditorWantedChanged();
     /// The keyboard is wanted in the search field.
     void searchFocusRequested();
+    void editorFocusRequested();
 
 private:
     void follow(const NotesChange &change);

@@ -16,10 +16,10 @@ Window {
     readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
     readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
-    // The keyboard does not stay on what is not there any more.
-    function keepFocusInSight(): void {
+    // What had the keyboard may go with its note, its panel or its bar: then it is the list's.
+    function keepKeyboard(): void {
         if (root.activeFocusItem === root.contentItem || !(root.activeFocusItem?.visible && root.activeFocusItem?.enabled))
-            sidebar.forceActiveFocus(Qt.OtherFocusReason);
+            sidebar.enterList();
     }
 
     width: Theme.windowWidth
@@ -31,16 +31,17 @@ Window {
         if (!root.content.isEditorWanted)
             root.content.prepareEditor();
     }
+    onActiveFocusItemChanged: keyboardCheck.start()
     Component.onCompleted: windowState.restore()
 
-    // Once the change that took something away is complete.
+    WindowConfig {}
+    // Later: a popup that closes, or a note that opens, is still handing the keyboard on.
     Timer {
-        id: focusCheck
+        id: keyboardCheck
 
         interval: 0
-        onTriggered: root.keepFocusInSight()
+        onTriggered: root.keepKeyboard()
     }
-    WindowConfig {}
     WindowState {
         id: windowState
 
@@ -56,10 +57,22 @@ Window {
     }
     Shortcut {
         sequence: "Esc"
+        enabled: editorView.hasKeyboard && !root.content.reordering.state.isDragging
+        onActivated: sidebar.enterList()
+    }
+    Shortcut {
+        sequence: "Esc"
         enabled: root.isSelectionMode && !sidebar.deleteDialog.opened && !deleteAllDialog.opened
         onActivated: root.content.multiSelection.end()
     }
 
+    Connections {
+        target: root.content
+
+        function onEditorFocusRequested() {
+            editorView.controller.focusEditor();
+        }
+    }
     SidebarView {
         id: sidebar
 
@@ -107,7 +120,7 @@ Window {
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
-            onVisibleChanged: focusCheck.restart()
+            onVisibleChanged: keyboardCheck.start()
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)
@@ -122,7 +135,7 @@ Window {
             countText: root.content.selectedCountText
             count: root.content.multiSelection.selectedIDs.count
             isArchive: SelectionManager.selectedTab === SidebarTab.Archive
-            onVisibleChanged: focusCheck.restart()
+            onVisibleChanged: keyboardCheck.start()
             onSelectAllRequested: root.content.selectAll()
             onArchiveRequested: root.content.archiveSelection()
             onDeleteRequested: deleteAllDialog.open()
@@ -137,7 +150,7 @@ Window {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.undoBarMargin
             deletionUndo: root.content.deletionUndo
-            onEnabledChanged: focusCheck.restart()
+            onEnabledChanged: keyboardCheck.start()
         }
     }
     Rectangle {

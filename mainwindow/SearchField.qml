@@ -32,6 +32,10 @@ Rectangle {
         }
     }
 
+    // The ground around the text looks like the field, and is the field.
+    TapHandler {
+        onTapped: field.forceActiveFocus(Qt.MouseFocusReason)
+    }
     Symbol {
         id: glass
 

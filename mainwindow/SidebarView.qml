@@ -18,6 +18,13 @@ FocusScope {
         search.focusSearch();
     }
 
+    function enterList(): void {
+        if (list.visible)
+            list.enter();
+        else
+            root.forceActiveFocus();
+    }
+
     objectName: "sidebar"
     Keys.onEscapePressed: event => {
         if (root.content.multiSelection.isSelectionMode)

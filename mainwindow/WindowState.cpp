@@ -96,6 +96,11 @@ void WindowState::restore()
     const QSettings settings(stateFile(), QSettings::IniFormat);
     const auto frame =
         visibleFrame(settings.value(frameKey).toRect(), screenAreas(), m_window->minimumSize());
+    // The first time the window system chooses the place, but nobody makes a large window fit.
+    if (!frame && m_window->screen())
+        m_window->resize(m_window->size()
+                             .boundedTo(m_window->screen()->availableSize())
+                             .expandedTo(m_window->minimumSize()));
     m_frame = frame.value_or(m_window->geometry());
     m_newest = m_frame;
     m_isMaximized = settings.value(maximizedKey).toBool();

@@ -15,6 +15,7 @@ T.AbstractButton {
     implicitWidth: root.implicitContentWidth + root.leftPadding + root.rightPadding
     implicitHeight: Theme.buttonHeight
     hoverEnabled: true
+    focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: root.text
     Keys.onReturnPressed: root.clicked()

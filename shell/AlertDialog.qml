@@ -14,16 +14,7 @@ T.Popup {
     property string message: ""
     property alias content: extra.data
     property alias buttons: buttonRow.data
-    property Item lastFocus: null ///< had the keyboard before the dialog opened
-
-    // Or to what is left around it, when the answer has taken it away.
-    function giveFocusBack(): void {
-        let item = root.lastFocus;
-        while (item?.visible === false)
-            item = item.parent;
-        root.lastFocus = null;
-        item?.forceActiveFocus(Qt.PopupFocusReason);
-    }
+    readonly property FocusReturn focusReturn: FocusReturn {}
 
     parent: T.Overlay.overlay
     x: Math.round((root.parent.width - root.width) / 2)
@@ -35,10 +26,10 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onAboutToShow: {
-        root.lastFocus = root.parent.Window.activeFocusItem;
+        root.focusReturn.remember(root.parent);
         root.firstFocus.focus = true; // at once: a key may be under way already
     }
-    onClosed: root.giveFocusBack()
+    onAboutToHide: root.focusReturn.giveBack()
 
     T.Overlay.modal: Rectangle {
         radius: Theme.windowRadius

@@ -9,7 +9,7 @@ Rectangle {
     property color ink: Theme.accent
 
     anchors.fill: parent
-    visible: root.isFocused && InputModality.isKeyboard
+    visible: InputModality.isKeyboard && root.isFocused // in this order it watches from the start
     color: "transparent"
     border.width: Theme.focusRing
     border.color: root.ink

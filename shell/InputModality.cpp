@@ -6,6 +6,7 @@
 
 namespace
 {
+/// Keys that take the keyboard elsewhere; whoever presses one wants to see where it went.
 bool isNavigation(int key)
 {
     switch (key) {
@@ -19,6 +20,9 @@ bool isNavigation(int key)
     case Qt::Key_End:
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
         return true;
     default:
         return false;

@@ -52,6 +52,16 @@ private Q_SLOTS:
         QCOMPARE(f.edited.count(), 1);
     }
 
+    void theOpenNoteSelectedAgainGetsTheKeyboard()
+    {
+        Fixture f(u"A b"_s);
+        QSignalSpy wanted(&f.content, &ContentController::editorFocusRequested);
+        f.content.selectNote(f.id(u"A"_s));
+        QCOMPARE(wanted.count(), 0); // the editor takes it when it shows the note
+        f.content.selectNote(f.id(u"A"_s));
+        QCOMPARE(wanted.count(), 1);
+    }
+
     void aRowIsSelected_data()
     {
         QTest::addColumn<int>("row");
