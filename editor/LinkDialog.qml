@@ -61,15 +61,15 @@ AlertDialog {
     }
     buttons: [
         ActionButton {
-            objectName: "linkCancel"
-            text: L10n.cancel
-            onClicked: root.close()
-        },
-        ActionButton {
             objectName: "linkInsert"
             text: L10n.insert
             fill: Theme.confirmFill
             onClicked: root.confirm()
+        },
+        ActionButton {
+            objectName: "linkCancel"
+            text: L10n.cancel
+            onClicked: root.close()
         }
     ]
 }

@@ -18,7 +18,8 @@ Window {
 
     // What had the keyboard may go with its note, its panel or its bar: then it is the list's.
     function keepKeyboard(): void {
-        if (root.activeFocusItem === root.contentItem || !(root.activeFocusItem?.visible && root.activeFocusItem?.enabled))
+        const item = root.activeFocusItem; // null while another window has the keyboard
+        if (item === root.contentItem || item?.visible === false || item?.enabled === false)
             sidebar.enterList();
     }
 

@@ -69,7 +69,11 @@ Item {
     }
     TapHandler {
         gesturePolicy: TapHandler.DragThreshold
-        onTapped: root.activate()
+        onTapped: eventPoint => {
+            // A near miss of a button is not meant for the row.
+            if (!root.offersActions || eventPoint.position.x < buttons.x)
+                root.activate();
+        }
     }
 
     Rectangle {
@@ -182,7 +186,7 @@ Item {
 
             activeFocusOnTab: root.hasKeyboard
             focusPolicy: root.hasKeyboard ? Qt.TabFocus : Qt.NoFocus
-            enabled: opacity > 0
+            enabled: isOffered
             opacity: isOffered ? 1 : 0
             Accessible.ignored: !isOffered
 

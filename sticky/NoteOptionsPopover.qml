@@ -124,6 +124,7 @@ PopoverWindow {
                     background: FocusRing {
                         anchors.margins: -Theme.focusRing
                         isFocused: swatch.activeFocus
+                        ink: Theme.hit // white is the ring of the one that is chosen
                         radius: width / 2
                     }
                 }

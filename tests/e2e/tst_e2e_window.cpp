@@ -52,7 +52,7 @@ QString orderOnDisk(const PlimRun &plim)
 
 bool isAbout(QPoint place, QPoint expected)
 {
-    constexpr int tolerance = 12; // pixels: a drag begins a little later than the press
+    constexpr int tolerance = 40; // pixels: a drag begins a little later than the press
     return (place - expected).manhattanLength() <= tolerance;
 }
 } // namespace

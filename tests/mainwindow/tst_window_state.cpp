@@ -18,9 +18,9 @@ const QSize minimum(900, 560);
 
 /// A window with its state, as a run of the program has them.
 struct Run {
-    Run()
+    explicit Run(QSize size = {1100, 700})
     {
-        window.setGeometry(20, 30, 1100, 700);
+        window.setGeometry({{20, 30}, size});
         window.setMinimumSize(QSize(300, 200));
         state = std::make_unique<WindowState>();
         state->setWindow(&window);
@@ -128,6 +128,14 @@ private Q_SLOTS:
         QCOMPARE(run.window.windowStates(), Qt::WindowNoState);
         run.state.reset();
         QVERIFY(!QFile::exists(WindowState::stateFile()));
+    }
+
+    void theFirstWindowFitsTheScreen()
+    {
+        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+        Run run(screen * 2);
+        run.show();
+        QCOMPARE(run.window.size(), screen.expandedTo(run.window.minimumSize()));
     }
 
     void theWindowComesBackWhereItWas()

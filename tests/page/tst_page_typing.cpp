@@ -45,6 +45,7 @@ private Q_SLOTS:
     void composedTextArrives();
     void keysWhileComposingAreLeftAlone();
     void clickOnBoxTicksAndKeepsCaret();
+    void comingBackWithTabGoesOnWhereItWas();
     void ticksAreToldToScreenReaders();
     void changesAreReported();
     void nothingIsSentWhileNothingChanges();
@@ -260,6 +261,16 @@ void TestPageTyping::keysWhileComposingAreLeftAlone()
     QCOMPARE(m_page.body(), u"<check><li>☐mil|</li></check>"_s);
     QCOMPARE(m_page.js(press.arg(u"false"_s)).toBool(), false);
     QCOMPARE(m_page.body(), u"<check><li>☐mil</li><li>☐<br>|</li></check>"_s);
+}
+
+void TestPageTyping::comingBackWithTabGoesOnWhereItWas()
+{
+    // From outside the page, as the engine is told it by the window's Tab order.
+    m_page.load(u"<p>one</p><p>tw|o</p>"_s);
+    m_page.js(u"document.activeElement.blur(); titleEl.focus();"_s);
+    QTRY_COMPARE(m_page.body(), u"<p>one</p><p>tw|o</p>"_s);
+    m_page.type(u"X"_s);
+    QCOMPARE(m_page.body(), u"<p>one</p><p>twX|o</p>"_s);
 }
 
 void TestPageTyping::clickOnBoxTicksAndKeepsCaret()

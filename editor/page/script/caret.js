@@ -24,6 +24,14 @@ function editableOf(element) {
   return editable && editable.isConnected ? editable : bodyEl;
 }
 
+let isMovingFocus = false; // the page does it itself
+
+function moveFocus(region) {
+  isMovingFocus = true;
+  region.focus();
+  isMovingFocus = false;
+}
+
 function select(range) {
   const selection = document.getSelection();
   selection.removeAllRanges();
@@ -31,7 +39,7 @@ function select(range) {
 }
 
 function placeCaret(element, fill) {
-  editableOf(element).focus();
+  moveFocus(editableOf(element));
   const range = document.createRange();
   fill(range);
   select(range);
@@ -117,7 +125,7 @@ function dropStaleRange() {
 
 function restoreSelection() {
   dropStaleRange();
-  editableOf(savedEl).focus();
+  moveFocus(editableOf(savedEl));
   if (!savedRange) {
     focusContentEditable(savedEl);
     return;

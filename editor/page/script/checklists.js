@@ -147,7 +147,7 @@ function anchorForToggle() {
   dropStaleRange();
   if (savedRange) {
     try {
-      bodyEl.focus();
+      moveFocus(bodyEl);
       select(savedRange);
     } catch (error) {
       savedRange = null;

@@ -125,7 +125,7 @@ function handleDrop(event) {
   if (event.dataTransfer.files.length && !pictures.length) return;
   const range = document.caretRangeFromPoint(event.clientX, event.clientY);
   if (range && region.contains(range.startContainer)) {
-    region.focus();
+    moveFocus(region);
     select(range);
   }
   if (pictures.length) insertPictures(pictures); else takeOver(event, event.dataTransfer, region);

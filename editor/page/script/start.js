@@ -17,6 +17,7 @@ function attachRegions() {
     region.addEventListener('mouseup', () => reportSoon(REPORT_DEBOUNCE));
   }
   titleEl.addEventListener('keydown', onTitleKey);
+  titleEl.addEventListener('focus', onTitleFocus);
   bodyEl.addEventListener('keydown', onBodyKey);
   bodyEl.addEventListener('mousedown', event => {
     if (event.target.classList.contains('chk')) event.preventDefault();
@@ -53,6 +54,21 @@ function onInput(event) {
   notifyThrottled();
 }
 
+// Who comes into the page with Tab comes to its first region, and the engine would put the caret at
+// the very start of the title: writing goes on where it was left.
+let isPointerDown = false;
+
+function onTitleFocus(event) {
+  if (isMovingFocus || isPointerDown || event.relatedTarget || !savedRange || savedEl === titleEl) return;
+  const range = savedRange.cloneRange();
+  const element = savedEl;
+  setTimeout(() => {
+    savedRange = range;
+    savedEl = element;
+    restoreSelection();
+  });
+}
+
 function onCompositionEnd() {
   setTimeout(() => {
     tidyBody();
@@ -71,6 +87,8 @@ document.addEventListener('selectionchange', () => {
   saveSelection();
   reportSoon(REPORT_DEBOUNCE);
 });
+document.addEventListener('mousedown', () => { isPointerDown = true; }, true);
+for (const end of ['mouseup', 'dragend']) document.addEventListener(end, () => { isPointerDown = false; }, true);
 document.addEventListener('dragstart', () => { isOwnDrag = true; });
 document.addEventListener('dragend', () => { isOwnDrag = false; });
 document.addEventListener('dragover', handleDragOver);
