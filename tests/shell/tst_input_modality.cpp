@@ -25,10 +25,11 @@ private Q_SLOTS:
         const QMetaEnum keys = QMetaEnum::fromType<Qt::Key>();
         for (const Qt::Key key :
              {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right,
-              Qt::Key_Home, Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown})
+              Qt::Key_Home, Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Return,
+              Qt::Key_Enter, Qt::Key_Escape})
             QTest::newRow(keys.valueToKey(key)) << key << true;
-        for (const Qt::Key key : {Qt::Key_A, Qt::Key_Space, Qt::Key_Return, Qt::Key_Escape,
-                                  Qt::Key_Control, Qt::Key_Shift, Qt::Key_Delete})
+        for (const Qt::Key key :
+             {Qt::Key_A, Qt::Key_Space, Qt::Key_Control, Qt::Key_Shift, Qt::Key_Delete})
             QTest::newRow(keys.valueToKey(key)) << key << false;
     }
     void keysThatGoSomewhere()

@@ -59,10 +59,13 @@ function onInput(event) {
 let isPointerDown = false;
 
 function onTitleFocus(event) {
-  if (isMovingFocus || isPointerDown || event.relatedTarget || !savedRange || savedEl === titleEl) return;
+  if (isMovingFocus || isPointerDown || event.relatedTarget) return;
+  dropStaleRange();
+  if (!savedRange || savedEl === titleEl || titleEl.contains(savedRange.startContainer)) return;
   const range = savedRange.cloneRange();
   const element = savedEl;
-  setTimeout(() => {
+  setTimeout(() => { // the engine places its caret after this
+    if (document.activeElement !== titleEl || !range.startContainer.isConnected) return;
     savedRange = range;
     savedEl = element;
     restoreSelection();
