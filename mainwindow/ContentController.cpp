@@ -37,8 +37,8 @@ double bodyFontSize(NoteTextSize size)
 ContentController::ContentController(NoteStore &store, SelectionManager &selection,
                                      StickyNoteManager &stickyNotes, QObject *parent)
     : QObject(parent), m_store(store), m_selection(selection), m_stickyNotes(stickyNotes),
-      m_notes(store, selection),
-      m_reordering([this] { return m_notes.noteIDs(); },
+      m_filteredNotes(store, selection),
+      m_reordering([this] { return m_filteredNotes.noteIDs(); },
                    [this] { return m_multiSelection.isSelectionMode(); }),
       m_deletionUndo(store)
 {
@@ -52,9 +52,11 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
     connect(&m_selection, &SelectionManager::selectedTabChanged, this,
             &ContentController::selectedRowChanged);
     for (const auto signal : {&NoteListModel::rowsInserted, &NoteListModel::rowsRemoved})
-        connect(&m_notes, signal, this, &ContentController::selectedRowChanged);
-    connect(&m_notes, &NoteListModel::rowsMoved, this, &ContentController::selectedRowChanged);
-    connect(&m_notes, &NoteListModel::modelReset, this, &ContentController::selectedRowChanged);
+        connect(&m_filteredNotes, signal, this, &ContentController::selectedRowChanged);
+    connect(&m_filteredNotes, &NoteListModel::rowsMoved, this,
+            &ContentController::selectedRowChanged);
+    connect(&m_filteredNotes, &NoteListModel::modelReset, this,
+            &ContentController::selectedRowChanged);
 
     connect(&m_multiSelection, &MultiSelection::selectedIDsChanged, this,
             &ContentController::selectedCountTextChanged);
@@ -114,7 +116,7 @@ QString ContentController::editedTextSize() const
 int ContentController::selectedRow() const
 {
     const auto id = m_selection.selectedNoteID();
-    return id ? m_notes.rowOf(*id) : -1;
+    return id ? m_filteredNotes.rowOf(*id) : -1;
 }
 
 QString ContentController::selectedCountText() const
@@ -139,7 +141,7 @@ void ContentController::selectNote(const QUuid &noteID)
 
 void ContentController::selectRow(int row)
 {
-    const QModelIndex index = m_notes.index(row);
+    const QModelIndex index = m_filteredNotes.index(row);
     if (index.isValid())
         selectNote(index.data(NoteListModel::NoteIDRole).toUuid());
 }
@@ -148,7 +150,7 @@ void ContentController::selectRow(int row)
 void ContentController::addNote()
 {
     selectTab(SidebarTab::Notes);
-    m_notes.setSearchText({});
+    m_filteredNotes.setSearchText({});
     m_selection.setSelectedNoteID(m_store.addNote());
 }
 
@@ -170,14 +172,14 @@ void ContentController::makeSticky(const QUuid &noteID)
 
 void ContentController::makeAllSticky()
 {
-    m_stickyNotes.openAll(m_notes.noteIDs(), m_store, mainWindow());
+    m_stickyNotes.openAll(m_filteredNotes.noteIDs(), m_store, mainWindow());
 }
 
 void ContentController::moveNoteBy(const QUuid &noteID, int rows)
 {
     if (m_multiSelection.isSelectionMode())
         return;
-    QList<QUuid> others = m_notes.noteIDs();
+    QList<QUuid> others = m_filteredNotes.noteIDs();
     const auto row = others.indexOf(noteID);
     if (row < 0)
         return;
@@ -193,7 +195,7 @@ void ContentController::moveNoteBy(const QUuid &noteID, int rows)
 
 void ContentController::selectAll()
 {
-    const QList<QUuid> noteIDs = m_notes.noteIDs();
+    const QList<QUuid> noteIDs = m_filteredNotes.noteIDs();
     m_multiSelection.setSelectedIDs({QSet<QUuid>(noteIDs.begin(), noteIDs.end())});
 }
 

@@ -21,7 +21,7 @@ class ContentController : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes one.")
-    Q_PROPERTY(NoteListModel *notes READ notes CONSTANT)
+    Q_PROPERTY(NoteListModel *filteredNotes READ filteredNotes CONSTANT)
     Q_PROPERTY(MultiSelection *multiSelection READ multiSelection CONSTANT)
     Q_PROPERTY(SidebarReordering *reordering READ reordering CONSTANT)
     Q_PROPERTY(DeletionUndo *deletionUndo READ deletionUndo CONSTANT)
@@ -39,7 +39,7 @@ public:
                       StickyNoteManager &stickyNotes = StickyNoteManager::shared(),
                       QObject *parent = nullptr);
 
-    [[nodiscard]] NoteListModel *notes() { return &m_notes; }
+    [[nodiscard]] NoteListModel *filteredNotes() { return &m_filteredNotes; }
     [[nodiscard]] MultiSelection *multiSelection() { return &m_multiSelection; }
     [[nodiscard]] SidebarReordering *reordering() { return &m_reordering; }
     [[nodiscard]] DeletionUndo *deletionUndo() { return &m_deletionUndo; }
@@ -107,7 +107,7 @@ private:
     NoteStore &m_store;
     SelectionManager &m_selection;
     StickyNoteManager &m_stickyNotes;
-    NoteListModel m_notes;
+    NoteListModel m_filteredNotes;
     MultiSelection m_multiSelection;
     SidebarReordering m_reordering;
     DeletionUndo m_deletionUndo;

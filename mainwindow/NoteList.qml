@@ -62,7 +62,7 @@ FocusScope {
         anchors.fill: parent
         focus: true
         activeFocusOnTab: true
-        model: root.content.notes
+        model: root.content.filteredNotes
         clip: true
         interactive: false // a drag moves a note, not the list
         keyNavigationEnabled: true
@@ -219,7 +219,7 @@ FocusScope {
         }
     }
     Connections {
-        target: root.content.notes
+        target: root.content.filteredNotes
         enabled: gesture.active
 
         function onLayoutChanged() {

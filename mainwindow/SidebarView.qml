@@ -29,8 +29,8 @@ FocusScope {
     Keys.onEscapePressed: event => {
         if (root.content.multiSelection.isSelectionMode)
             root.content.multiSelection.end();
-        else if (root.content.notes.searchText !== "")
-            root.content.notes.searchText = "";
+        else if (root.content.filteredNotes.searchText !== "")
+            root.content.filteredNotes.searchText = "";
         else
             event.accepted = false;
     }
@@ -58,13 +58,13 @@ FocusScope {
         anchors.top: header.bottom
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
-        onEdited: text => root.content.notes.searchText = text
+        onEdited: text => root.content.filteredNotes.searchText = text
         onLeaveRequested: list.enter()
 
         Binding {
             target: search
             property: "text"
-            value: root.content.notes.searchText
+            value: root.content.filteredNotes.searchText
         }
     }
     NoteList {
@@ -83,7 +83,7 @@ FocusScope {
         objectName: "emptyList"
         anchors.centerIn: list
         visible: list.count === 0
-        isSearching: root.content.notes.searchText !== ""
+        isSearching: root.content.filteredNotes.searchText !== ""
     }
     LanguageFooter {
         id: footer

@@ -81,9 +81,9 @@ struct ContentFixture : NoteListFixture {
     /// The list's headings, once a search has looked at every note.
     [[nodiscard]] QString list()
     {
-        if (!QTest::qWaitFor([this] { return content.notes()->isSearchComplete(); }))
+        if (!QTest::qWaitFor([this] { return content.filteredNotes()->isSearchComplete(); }))
             qFatal("The search does not end");
-        return headings(*content.notes());
+        return headings(*content.filteredNotes());
     }
     void tick(const QString &words)
     {
@@ -95,7 +95,7 @@ struct ContentFixture : NoteListFixture {
     {
         auto *reordering = content.reordering();
         reordering->layOutRows(0, 70, 320);
-        const int row = content.notes()->rowOf(id(heading));
+        const int row = content.filteredNotes()->rowOf(id(heading));
         reordering->drag(id(heading), {100, row * 70 + 35.0}, {100, toRow * 70 + 1.0});
     }
 };

@@ -28,13 +28,13 @@ private Q_SLOTS:
     void choosingATabEndsTheTickingAndKeepsTheSearch()
     {
         Fixture f(u"A b C"_s);
-        f.content.notes()->setSearchText(u"about"_s);
+        f.content.filteredNotes()->setSearchText(u"about"_s);
         f.tick(u"A C"_s);
         f.content.selectTab(SidebarTab::Archive);
         QVERIFY(f.selection.selectedTab() == SidebarTab::Archive);
         QVERIFY(!f.isTicking());
         QCOMPARE(f.content.multiSelection()->selectedIDs().count(), 0);
-        QCOMPARE(f.content.notes()->searchText(), u"about"_s);
+        QCOMPARE(f.content.filteredNotes()->searchText(), u"about"_s);
         QCOMPARE(f.list(), u"b"_s);
         // Also when it is the tab that is shown already.
         f.tick(u"b"_s);
@@ -46,11 +46,11 @@ private Q_SLOTS:
     {
         Fixture f(u"A b C"_s);
         f.content.selectTab(SidebarTab::Archive);
-        f.content.notes()->setSearchText(u"zebra"_s);
+        f.content.filteredNotes()->setSearchText(u"zebra"_s);
         f.tick(u"b"_s);
         f.content.addNote();
         QVERIFY(f.selection.selectedTab() == SidebarTab::Notes);
-        QCOMPARE(f.content.notes()->searchText(), QString());
+        QCOMPARE(f.content.filteredNotes()->searchText(), QString());
         QVERIFY(!f.isTicking());
         QCOMPARE(f.content.selectedRow(), 0);
         QCOMPARE(f.list(), u"Untitled A C"_s);
@@ -151,7 +151,7 @@ private Q_SLOTS:
         QFETCH(QString, ticked);
         Fixture f(u"Ant Bee Cat dog eel"_s);
         f.content.selectTab(isArchive ? SidebarTab::Archive : SidebarTab::Notes);
-        f.content.notes()->setSearchText(search);
+        f.content.filteredNotes()->setSearchText(search);
         (void)f.list();
         f.content.multiSelection()->setIsSelectionMode(true);
         f.content.selectAll();
@@ -267,7 +267,7 @@ private Q_SLOTS:
     void aFoundNoteIsMovedAmongTheFound()
     {
         Fixture f(u"Ox1 Ant Ox2 Bee Ox3 Cat"_s);
-        f.content.notes()->setSearchText(u"ox"_s);
+        f.content.filteredNotes()->setSearchText(u"ox"_s);
         QCOMPARE(f.list(), u"Ox1 Ox2 Ox3"_s);
         f.content.moveNoteBy(f.id(u"Ox3"_s), -1);
         QCOMPARE(f.order(), u"Ox1 Ant Ox3 Ox2 Bee Cat"_s);
@@ -307,7 +307,7 @@ private Q_SLOTS:
         QFETCH(int, toRow);
         QFETCH(QString, search);
         Fixture f(u"Ox1 bat Ox2 Ox3 Ant"_s);
-        f.content.notes()->setSearchText(search);
+        f.content.filteredNotes()->setSearchText(search);
         (void)f.list();
         const QString before = f.order();
         f.drag(note, toRow);
@@ -347,7 +347,7 @@ private Q_SLOTS:
         QCOMPARE(f.sticky.openedTogether, (QList<QList<QUuid>>{{f.id(u"A"_s), f.id(u"C"_s)}}));
         QCOMPARE(f.sticky.sources, (QList<QWindow *>{nullptr, &window}));
         QCOMPARE(f.sticky.stores, (QList<NoteStore *>{&f.store, &f.store}));
-        f.content.notes()->setSearchText(u"about A"_s);
+        f.content.filteredNotes()->setSearchText(u"about A"_s);
         QCOMPARE(f.list(), u"A"_s);
         f.content.makeAllSticky();
         QCOMPARE(f.sticky.openedTogether.constLast(), QList{f.id(u"A"_s)});

@@ -142,10 +142,10 @@ private Q_SLOTS:
             QTRY_VERIFY(isDrawn(w.rowButton(u"Milk"_s, u"rowDelete"_s)));
             wanted = L10n::archiveNote();
         } else if (state == u"search") {
-            w.content.notes()->setSearchText(u"mi"_s);
+            w.content.filteredNotes()->setSearchText(u"mi"_s);
             wanted = L10n::clearSearch();
         } else if (state == u"nothing found") {
-            w.content.notes()->setSearchText(u"zzz"_s);
+            w.content.filteredNotes()->setSearchText(u"zzz"_s);
             QTRY_VERIFY(isDrawn(w.item(u"emptyList"_s)));
             wanted = L10n::noResults();
         } else if (state == u"selection mode" || state == u"batch dialog") {

@@ -198,10 +198,10 @@ private Q_SLOTS:
         } else if (state == u"sticky") {
             w.pretendSticky({u"x"_s.repeated(300), u"Milk"_s});
         } else if (state == u"found") {
-            w.content.notes()->setSearchText(u"x"_s);
+            w.content.filteredNotes()->setSearchText(u"x"_s);
             QTRY_COMPARE(w.item(u"noteList"_s)->property("count").toInt(), 1);
         } else if (state == u"nothing found") {
-            w.content.notes()->setSearchText(u"qqq"_s);
+            w.content.filteredNotes()->setSearchText(u"qqq"_s);
             untilDrawn(u"emptyList"_s);
         } else if (state == u"selection" || state == u"batch") {
             w.content.multiSelection()->setIsSelectionMode(true);
@@ -280,7 +280,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, search);
         MainWindow w(difficultNotes());
-        w.content.notes()->setSearchText(search);
+        w.content.filteredNotes()->setSearchText(search);
         const QString heading = u"x"_s.repeated(300);
         QTRY_COMPARE(w.row(heading)->property("titleMarkup").toString().isEmpty(),
                      search.isEmpty());

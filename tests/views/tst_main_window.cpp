@@ -91,7 +91,7 @@ private Q_SLOTS:
     {
         Whole w;
         w.selectTab(SidebarTab::Archive);
-        w.content.notes()->setSearchText(u"a"_s);
+        w.content.filteredNotes()->setSearchText(u"a"_s);
         click(w.item(u"newNote"_s));
         QCOMPARE(w.store.notes().size(), 6);
         QVERIFY(w.selection.selectedNoteID() == w.store.notes()[0].id);
@@ -262,7 +262,7 @@ private Q_SLOTS:
     void selectAllTicksWhatTheSearchShows()
     {
         Whole w(u"Milk Bread Milkshake"_s);
-        w.content.notes()->setSearchText(u"milk"_s);
+        w.content.filteredNotes()->setSearchText(u"milk"_s);
         QTRY_COMPARE(w.drawnRows(), u"Milk Milkshake"_s);
         click(w.item(u"selectionMode"_s));
         click(w.item(u"selectAll"_s));

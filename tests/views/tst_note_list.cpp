@@ -262,13 +262,13 @@ private Q_SLOTS:
     void aRemovedRowIsNotDrawnAnyMore()
     {
         List w(u"Apple Banana Cherry Apricot Blueberry"_s);
-        w.content.notes()->setSearchText(u"ap"_s);
+        w.content.filteredNotes()->setSearchText(u"ap"_s);
         QTRY_COMPARE(w.drawnRows(), u"Apple Apricot"_s);
-        w.content.notes()->setSearchText(u"b"_s); // "about" is in every note
+        w.content.filteredNotes()->setSearchText(u"b"_s); // "about" is in every note
         QTRY_COMPARE(w.drawnRows(), u"Apple Banana Cherry Apricot Blueberry"_s);
-        w.content.notes()->setSearchText(u"nothing of this"_s);
+        w.content.filteredNotes()->setSearchText(u"nothing of this"_s);
         QTRY_COMPARE(w.drawnRows(), QString());
-        w.content.notes()->setSearchText({});
+        w.content.filteredNotes()->setSearchText({});
         QTRY_COMPARE(w.drawnRows(), u"Apple Banana Cherry Apricot Blueberry"_s);
         w.content.archiveNote(w.id(u"Cherry"_s));
         QCOMPARE(w.drawnRows(), u"Apple Banana Apricot Blueberry"_s);
@@ -294,7 +294,7 @@ private Q_SLOTS:
             return colours.size();
         };
         const auto full = colours();
-        w.content.notes()->setSearchText(u"ap"_s);
+        w.content.filteredNotes()->setSearchText(u"ap"_s);
         QTRY_COMPARE(w.drawnRows(), u"Apple Apricot"_s);
         QTRY_VERIFY(colours() < 16); // the ground's grain alone
         QVERIFY(full > 16);

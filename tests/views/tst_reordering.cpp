@@ -189,7 +189,7 @@ private Q_SLOTS:
     void withASearchTheNoteGoesBeforeTheNeighbourThatIsShown()
     {
         Drag w(u"Xa B Xc D Xe F"_s);
-        w.content.notes()->setSearchText(u"x"_s);
+        w.content.filteredNotes()->setSearchText(u"x"_s);
         QTRY_COMPARE(w.drawnRows(), u"Xa Xc Xe"_s);
         w.grab(u"Xe"_s);
         w.carry(w.placeAt(10));
