@@ -209,7 +209,7 @@ void StickyNoteManager::writeLayout()
 
 QList<StickyLayoutEntry> StickyNoteManager::loadLayout()
 {
-    const QList<StickyLayoutEntry> entries = storedStickyLayout();
+    QList<StickyLayoutEntry> entries = storedStickyLayout();
     qCDebug(stickyLog, "loadLayout: %d entries", int(entries.size()));
     return entries;
 }

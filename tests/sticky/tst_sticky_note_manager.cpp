@@ -227,6 +227,7 @@ private Q_SLOTS:
         f.manager->bringIntoView();
         QCOMPARE(f.frame(0), right);
         QCOMPARE(f.window(2).frame().topLeft(), QPoint(40, 50));
+        QCOMPARE(f.window(2).motions.size(), 2);
         f.manager->screens = {};
         f.manager->bringIntoView();
         QCOMPARE(f.frame(0), right);
@@ -254,6 +255,15 @@ private Q_SLOTS:
         QCOMPARE(f.frame(0), (StickyFrame{200, 360, 320, 340}));
         QVERIFY(!window.motions.contains(StickyWindow::Motion::Animated));
         QCOMPARE(f.manager->lastFrames().value(f.id(0)), (StickyFrame{200, 360, 320, 340}));
+    }
+
+    void aWindowShownElsewhereFoldsWhereItIs()
+    {
+        Fixture f(1);
+        f.open(0, StickyFrame{5000, 100, 300, 340});
+        f.window(0).fold(true);
+        QCOMPARE(f.frame(0), (StickyFrame{1300, 384, 300, 56}));
+        QCOMPARE(f.manager->lastFrames().value(f.id(0)), f.frame(0));
     }
 
     void aPinnedWindowFloats()
@@ -473,6 +483,7 @@ private Q_SLOTS:
         QCOMPARE(f.saved(0), (StickyFrame{5, 594, 320, 400}));
         QCOMPARE(f.saved(1), elsewhere);
         f.window(0).moveTo({700, 700}); // windows may be shuffled about as they go
+        QCOMPARE(f.manager->lastFrames().value(f.id(0)), (StickyFrame{5, 594, 320, 400}));
         f.window(0).close();
         f.manager->prepareForTermination();
         QVERIFY(!saved.wait(500));
