@@ -13,23 +13,6 @@ namespace
 {
 constexpr int previewWords = 16;
 
-// QUuid alone reads more than files may hold: braces, and any text of which it takes the beginning.
-std::optional<QUuid> uuidFromText(QStringView text)
-{
-    constexpr qsizetype canonicalLength = 36;
-    if (text.size() != canonicalLength)
-        return std::nullopt;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t c = text[i].unicode();
-        const bool isHyphenPlace = i == 8 || i == 13 || i == 18 || i == 23;
-        const bool isHexDigit =
-            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-        if (isHyphenPlace ? c != '-' : !isHexDigit)
-            return std::nullopt;
-    }
-    return QUuid::fromString(text);
-}
-
 NoteTextSize lenientTextSize(const QString &text)
 {
     // "regular" was the middle size once; it and every unknown size read as medium.
@@ -92,6 +75,23 @@ private:
 QString uuidText(const QUuid &id)
 {
     return id.toString(QUuid::WithoutBraces).toUpper();
+}
+
+// QUuid alone reads more than files may hold: braces, and any text of which it takes the beginning.
+std::optional<QUuid> uuidFromText(QStringView text)
+{
+    constexpr qsizetype canonicalLength = 36;
+    if (text.size() != canonicalLength)
+        return std::nullopt;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        const bool isHyphenPlace = i == 8 || i == 13 || i == 18 || i == 23;
+        const bool isHexDigit =
+            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+        if (isHyphenPlace ? c != '-' : !isHexDigit)
+            return std::nullopt;
+    }
+    return QUuid::fromString(text);
 }
 
 Note Note::fresh(Timestamp now)

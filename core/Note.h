@@ -11,6 +11,8 @@
 
 /// The canonical form of an identity, as files and the page carry it: 36 characters, upper case.
 [[nodiscard]] QString uuidText(const QUuid &id);
+/// Reads that form, in either case, and nothing else.
+[[nodiscard]] std::optional<QUuid> uuidFromText(QStringView text);
 
 /// One note, a plain value. The live notes belong to NoteStore.
 struct Note {

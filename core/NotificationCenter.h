@@ -24,6 +24,10 @@ Q_SIGNALS:
     void plimFocusSearch();
     /// A sticky window wants its note shown in the main window.
     void plimSelectNote(const QUuid &noteID);
+    /// Every sticky window takes its collapsed form.
+    void plimCollapseAll();
+    /// Every sticky window takes its full form; one that has it already draws itself anew.
+    void plimExpandAll();
     /// The interface speaks another language from now on.
     void plimLanguageChanged(AppLanguage language);
 };

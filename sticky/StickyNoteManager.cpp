@@ -1,9 +1,16 @@
 #include "sticky/StickyNoteManager.h"
 
-#include <QLoggingCategory>
+#include "sticky/StickyLog.h"
+
 #include <QQmlEngine>
 
-Q_LOGGING_CATEGORY(stickyLog, "plim.sticky")
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+constexpr double cascadeStep = 36; ///< to the right of and below the source window
+} // namespace
 
 StickyNoteManager &StickyNoteManager::shared()
 {
@@ -17,15 +24,194 @@ StickyNoteManager *StickyNoteManager::create(QQmlEngine *, QJSEngine *)
     return &shared();
 }
 
-void StickyNoteManager::open(const QUuid &noteID, NoteStore &, QWindow *, std::optional<QRect>)
+StickyNoteManager::StickyNoteManager(QObject *parent, Screens screens, const StickyDelays &delays)
+    : QObject(parent), m_screens(std::move(screens)), m_delays(delays)
 {
-    qCInfo(stickyLog) << "Plim: no sticky windows yet, asked for"
-                      << noteID.toString(QUuid::WithoutBraces);
+    m_saveWorkItem.setSingleShot(true);
+    m_saveWorkItem.setTimerType(Qt::PreciseTimer);
+    connect(&m_saveWorkItem, &QTimer::timeout, this, &StickyNoteManager::writeLayout);
+    m_packSoon.setSingleShot(true);
+    m_packSoon.setTimerType(Qt::PreciseTimer);
+    connect(&m_packSoon, &QTimer::timeout, this, [this] { std::exchange(m_pack, {})(); });
+    m_restoreNext.setSingleShot(true); // of no length: other events have their turn in between
+    connect(&m_restoreNext, &QTimer::timeout, this, &StickyNoteManager::restoreNext);
 }
 
-void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &, QWindow *)
+StickyNoteManager::~StickyNoteManager()
 {
-    qCInfo(stickyLog) << "Plim: no sticky windows yet, asked for" << noteIDs.size();
+    m_stickies.clear(); // while there is somebody for their signals
+}
+
+void StickyNoteManager::setFactory(StickyWindowFactory factory)
+{
+    reset();
+    m_factory = std::move(factory);
+    if (!m_factory)
+        return;
+    m_waiting = loadLayout(); // saving before they are restored must not lose them
+    m_screenWatch = std::make_unique<QObject>();
+    ScreenAreas::watch(m_screenWatch.get(), [this] { bringIntoView(); });
+}
+
+void StickyNoteManager::reset()
+{
+    for (QTimer *timer : {&m_packSoon, &m_saveWorkItem, &m_restoreNext})
+        timer->stop();
+    m_screenWatch.reset();
+    if (m_store)
+        m_store->disconnect(this);
+    m_store = nullptr;
+    for (const Sticky &sticky : m_stickies)
+        sticky.window->disconnect(this);
+    m_stickies.clear();
+    m_waiting.clear();
+    m_isTerminating = false;
+    setBeforeArranging({});
+    announceWindows();
+}
+
+StickyWindow *StickyNoteManager::window(const QUuid &noteID) const
+{
+    const auto found = std::ranges::find(m_stickies, noteID, &Sticky::noteID);
+    return found == m_stickies.end() ? nullptr : found->window.get();
+}
+
+QList<QUuid> StickyNoteManager::windowOrder() const
+{
+    QList<QUuid> noteIDs;
+    for (const Sticky &sticky : m_stickies)
+        noteIDs << sticky.noteID;
+    return noteIDs;
+}
+
+QHash<QUuid, StickyFrame> StickyNoteManager::lastFrames() const
+{
+    QHash<QUuid, StickyFrame> frames;
+    for (const Sticky &sticky : m_stickies)
+        frames.insert(sticky.noteID, sticky.lastFrame);
+    return frames;
+}
+
+void StickyNoteManager::open(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
+                             std::optional<StickyFrame> frame)
+{
+    if (!canOpen())
+        return;
+    if (const Sticky *sticky = find(noteID)) {
+        sticky->window->bringToFront();
+        return;
+    }
+    watch(store);
+    const Note *note = store.note(noteID);
+    auto window = m_factory(noteID, note ? note->textSize : NoteTextSize::medium);
+    if (!window) {
+        qCWarning(stickyLog) << "Plim: no window for" << noteID.toString(QUuid::WithoutBraces);
+        return;
+    }
+    // Who asks for a note that is about to come back wants it where it was.
+    const auto waiting = std::ranges::find(m_waiting, noteID, &StickyLayoutEntry::noteID);
+    if (waiting != m_waiting.end()) {
+        frame = frame.value_or(waiting->frame);
+        m_waiting.erase(waiting);
+    }
+    connectWindow(noteID, *window);
+    StickyWindow &shown = *window;
+    m_stickies.push_back({.noteID = noteID, .window = std::move(window)});
+    place(m_stickies.back(), frame ? *frame : newFrame(sourceWindow),
+          StickyWindow::Motion::Immediate);
+    announceWindows();
+    shown.bringToFront();
+    saveLayout();
+}
+
+void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &store,
+                                QWindow *sourceWindow)
+{
+    if (!canOpen())
+        return;
+    for (const QUuid &noteID : noteIDs) {
+        if (!m_activeNoteIDs.contains(noteID))
+            open(noteID, store, sourceWindow, std::nullopt);
+    }
+    packSoon(m_delays.packAfterOpening, [this] {
+        rememberArrangement();
+        packWindows(windowOrder());
+    });
+}
+
+void StickyNoteManager::restore(NoteStore &store)
+{
+    if (!m_factory)
+        return;
+    watch(store);
+    m_waiting = loadLayout();
+    m_restoreNext.start();
+}
+
+void StickyNoteManager::restoreNext()
+{
+    while (m_store && !m_waiting.isEmpty()) {
+        const StickyLayoutEntry entry = m_waiting.constFirst();
+        const bool isWanted = m_store->note(entry.noteID) && !find(entry.noteID);
+        if (isWanted)
+            open(entry.noteID, *m_store, nullptr, entry.frame);
+        m_waiting.removeOne(entry);
+        if (isWanted)
+            break;
+    }
+    if (!m_waiting.isEmpty())
+        m_restoreNext.start();
+}
+
+void StickyNoteManager::prepareForTermination()
+{
+    if (!m_factory || m_isTerminating)
+        return;
+    m_isTerminating = true;
+    m_restoreNext.stop();
+    for (Sticky &sticky : m_stickies)
+        sticky.lastFrame = frameToKeep(sticky);
+    m_saveWorkItem.stop();
+    writeLayout();
+}
+
+void StickyNoteManager::resumeAfterTermination()
+{
+    if (!std::exchange(m_isTerminating, false))
+        return;
+    for (const Sticky &sticky : m_stickies) {
+        if (sticky.isClosed)
+            m_waiting << StickyLayoutEntry{sticky.noteID, sticky.lastFrame};
+    }
+    std::erase_if(m_stickies, [](Sticky &sticky) {
+        if (sticky.isClosed)
+            sticky.window.release()->deleteLater();
+        return sticky.isClosed;
+    });
+    announceWindows();
+    m_restoreNext.start();
+}
+
+void StickyNoteManager::saveLayout()
+{
+    if (m_factory && !m_isTerminating)
+        m_saveWorkItem.start(m_delays.save);
+}
+
+void StickyNoteManager::writeLayout()
+{
+    QList<StickyLayoutEntry> entries;
+    for (const Sticky &sticky : m_stickies)
+        entries << StickyLayoutEntry{sticky.noteID, sticky.lastFrame};
+    storeStickyLayout(entries + m_waiting); // who ends the program early loses none of the rest
+    Q_EMIT layoutSaved();
+}
+
+QList<StickyLayoutEntry> StickyNoteManager::loadLayout()
+{
+    QList<StickyLayoutEntry> entries = storedStickyLayout();
+    qCDebug(stickyLog, "loadLayout: %d entries", int(entries.size()));
+    return entries;
 }
 
 void StickyNoteManager::setActiveNoteIDs(const NoteIDSet &noteIDs)
@@ -34,4 +220,165 @@ void StickyNoteManager::setActiveNoteIDs(const NoteIDSet &noteIDs)
         return;
     m_activeNoteIDs = noteIDs;
     Q_EMIT activeNoteIDsChanged();
+}
+
+bool StickyNoteManager::canOpen()
+{
+    if (!m_factory && !std::exchange(m_isRefusalLogged, true))
+        qCInfo(stickyLog, "Plim: nobody makes sticky windows");
+    return bool(m_factory);
+}
+
+StickyNoteManager::Sticky *StickyNoteManager::find(const QUuid &noteID)
+{
+    const auto found = std::ranges::find(m_stickies, noteID, &Sticky::noteID);
+    return found == m_stickies.end() ? nullptr : &*found;
+}
+
+void StickyNoteManager::connectWindow(const QUuid &noteID, StickyWindow &window)
+{
+    connect(&window, &StickyWindow::moved, this, [=, this] { windowDidMove(noteID); });
+    connect(&window, &StickyWindow::resized, this, [=, this] { windowDidResize(noteID); });
+    connect(&window, &StickyWindow::closed, this, [=, this] { windowWillClose(noteID); });
+    connect(&window, &StickyWindow::closeRequested, &window, &StickyWindow::close);
+    connect(&window, &StickyWindow::pinChanged, &window, &StickyWindow::setFloating);
+    connect(&window, &StickyWindow::collapseChanged, this,
+            [=, this](bool isCollapsed) { changeHeight(noteID, isCollapsed); });
+}
+
+void StickyNoteManager::announceWindows()
+{
+    NoteIDSet noteIDs;
+    for (const Sticky &sticky : m_stickies)
+        noteIDs.ids.insert(sticky.noteID);
+    setActiveNoteIDs(noteIDs);
+}
+
+void StickyNoteManager::watch(NoteStore &store)
+{
+    if (m_store == &store)
+        return;
+    if (m_store)
+        m_store->disconnect(this);
+    m_store = &store;
+    connect(&store, &NoteStore::notesChanged, this, &StickyNoteManager::followStore);
+}
+
+// A note that is gone takes its window with it, and has none when it comes back.
+void StickyNoteManager::followStore(const NotesChange &change)
+{
+    const bool isReset = change.kind == NotesChange::Kind::Reset;
+    if (m_isTerminating || (!isReset && change.kind != NotesChange::Kind::Deleted))
+        return;
+    const auto isGone = [this, &change, isReset](const QUuid &noteID) {
+        return (isReset || change.ids.contains(noteID)) && !m_store->note(noteID);
+    };
+    m_waiting.removeIf([&](const StickyLayoutEntry &entry) { return isGone(entry.noteID); });
+    for (const QUuid &noteID : windowOrder()) {
+        StickyWindow *gone = isGone(noteID) ? window(noteID) : nullptr;
+        if (gone)
+            gone->close();
+    }
+}
+
+void StickyNoteManager::windowDidMove(const QUuid &noteID)
+{
+    Sticky *sticky = find(noteID);
+    if (!sticky || m_isTerminating)
+        return;
+    sticky->lastFrame = frameToKeep(*sticky);
+    saveLayout();
+}
+
+void StickyNoteManager::windowDidResize(const QUuid &noteID)
+{
+    if (const StickyWindow *resized = window(noteID))
+        qCDebug(stickyLog, "windowDidResize h=%d", resized->frame().height());
+    windowDidMove(noteID);
+}
+
+void StickyNoteManager::windowWillClose(const QUuid &noteID)
+{
+    Sticky *sticky = find(noteID);
+    if (!sticky)
+        return;
+    if (m_isTerminating) {
+        sticky->isClosed = true;
+        return;
+    }
+    sticky->window->disconnect(this);
+    sticky->window.release()->deleteLater(); // it is the one that tells
+    std::erase_if(m_stickies, [&](const Sticky &each) { return each.noteID == noteID; });
+    auto arrangement = m_beforeArranging;
+    arrangement.remove(noteID);
+    setBeforeArranging(arrangement);
+    announceWindows();
+    saveLayout();
+    if (m_store && m_store->note(noteID))
+        Q_EMIT stickyPutAway(noteID);
+}
+
+void StickyNoteManager::changeHeight(const QUuid &noteID, bool isCollapsed)
+{
+    Sticky *sticky = find(noteID);
+    if (!sticky)
+        return;
+    const StickyFrame frame = currentFrame(*sticky);
+    const double height = isCollapsed ? StickyFrame::collapsedHeight : StickyFrame::expandedHeight;
+    place(*sticky, frame.resizedKeepingTop(frame.width, height), StickyWindow::Motion::Immediate);
+    saveLayout();
+}
+
+// The origin of a frame is its lower left corner.
+StickyFrame StickyNoteManager::newFrame(const QWindow *sourceWindow) const
+{
+    const ScreenAreas screens = m_screens();
+    StickyFrame frame{0, 0, StickyFrame::initialWidth, StickyFrame::expandedHeight};
+    if (sourceWindow) {
+        const auto source = StickyFrame::fromScreen(sourceWindow->frameGeometry(), screens.primary);
+        frame.x = source.x + cascadeStep;
+        frame.y = source.y - cascadeStep;
+    } else if (!screens.isEmpty()) {
+        frame = StickyFrame::centeredIn(screens.visible.constFirst(), frame.width, frame.height);
+    }
+    return frame;
+}
+
+// A window that is where it was put has not been moved by anybody.
+StickyFrame StickyNoteManager::frameToKeep(const Sticky &sticky) const
+{
+    const QRect frame = sticky.window->frame();
+    return frame == sticky.shownFrame ? sticky.wantedFrame
+                                      : StickyFrame::fromScreen(frame, m_screens().primary);
+}
+
+StickyFrame StickyNoteManager::currentFrame(const Sticky &sticky) const
+{
+    return sticky.isElsewhere ? StickyFrame::fromScreen(sticky.window->frame(), m_screens().primary)
+                              : frameToKeep(sticky);
+}
+
+void StickyNoteManager::place(Sticky &sticky, const StickyFrame &frame, StickyWindow::Motion motion)
+{
+    const ScreenAreas screens = m_screens();
+    const StickyFrame shown = frame.broughtIntoView(screens.visible);
+    sticky.wantedFrame = frame;
+    sticky.shownFrame = shown.toScreen(screens.primary);
+    sticky.isElsewhere = shown != frame;
+    sticky.lastFrame = frame;
+    sticky.window->setFrame(sticky.shownFrame, motion); // which may tell of it at once
+}
+
+void StickyNoteManager::bringIntoView()
+{
+    const ScreenAreas screens = m_screens();
+    if (screens.isEmpty())
+        return;
+    for (Sticky &sticky : m_stickies) {
+        const QRect frame = sticky.window->frame();
+        const bool isSeen =
+            StickyFrame::fromScreen(frame, screens.primary).isInView(screens.visible);
+        if (!isSeen || (sticky.isElsewhere && frame == sticky.shownFrame))
+            place(sticky, sticky.lastFrame, StickyWindow::Motion::Immediate);
+    }
 }

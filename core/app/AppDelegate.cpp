@@ -20,8 +20,13 @@ constexpr auto shortestWait = 150ms;
 constexpr auto longestWait = 2s;
 } // namespace
 
-AppDelegate::AppDelegate(QObject *parent) : QObject(parent)
+AppDelegate::AppDelegate(StickyNoteManager &stickyNotes, QObject *parent)
+    : QObject(parent), m_stickyNotes(stickyNotes)
 {
+    // A window may refuse to close, and with that the quit; nobody is told of that.
+    m_goOn.setSingleShot(true);
+    connect(&m_goOn, &QTimer::timeout, &m_stickyNotes, &StickyNoteManager::resumeAfterTermination);
+    connect(qApp, &QCoreApplication::aboutToQuit, &m_goOn, &QTimer::stop);
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -29,14 +34,24 @@ void AppDelegate::applicationShouldTerminate()
 {
     if (m_isTerminating)
         return;
-    collectTexts();
+    prepareForTermination();
+    m_stickyNotes.resumeAfterTermination();
     if (std::exchange(m_isQuitPending, false))
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
+void AppDelegate::prepareForTermination()
+{
+    m_goOn.stop();
+    m_isTerminating = true;
+    collectTexts();
+    m_stickyNotes.prepareForTermination();
+    QSettings().sync();
+    m_isTerminating = false;
+}
+
 void AppDelegate::collectTexts()
 {
-    m_isTerminating = true;
     Q_EMIT NotificationCenter::shared().plimFlushEditors();
 
     QEventLoop loop;
@@ -53,9 +68,6 @@ void AppDelegate::collectTexts()
     });
     QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop, &QEventLoop::quit); // a coarse one may be late
     loop.exec();
-
-    QSettings().sync();
-    m_isTerminating = false;
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
@@ -66,7 +78,8 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
         m_isQuitPending = true;
         return true;
     }
-    collectTexts();
+    prepareForTermination();
     m_isQuitPending = false; // this request is followed now, and it stands for the later ones
+    m_goOn.start();
     return false;
 }

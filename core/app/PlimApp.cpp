@@ -5,6 +5,7 @@
 #include "mainwindow/SelectionManager.h"
 #include "shell/Bundle.h"
 #include "shell/FontRegistration.h"
+#include "sticky/StickyNoteManager.h"
 #include "sticky/WindowHolder.h"
 
 #include <QDateTime>
@@ -69,6 +70,7 @@ PlimApp::PlimApp()
 
 PlimApp::~PlimApp()
 {
+    StickyNoteManager::shared().setFactory({}); // its windows are made by the engine
     liveStore = nullptr;
 }
 
@@ -88,5 +90,6 @@ void PlimApp::show()
 // The main window's content is there for the first time.
 void PlimApp::appear()
 {
+    StickyNoteManager::shared().restore(m_store);
     selectPending(WindowHolder::shared(), SelectionManager::shared(), m_store);
 }

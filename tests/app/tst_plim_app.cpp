@@ -3,16 +3,20 @@
 #include "core/NotesJson.h"
 #include "core/NotificationCenter.h"
 #include "mainwindow/WindowState.h"
+#include "sticky/StickyNoteManager.h"
 #include "sticky/WindowHolder.h"
 #include "tests/mainwindow/NoteListFixture.h"
+#include "tests/sticky/FakeStickyWindow.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QSessionManager>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -125,6 +129,32 @@ private Q_SLOTS:
         QVERIFY(window && window->isVisible());
         QVERIFY(window->flags() & Qt::FramelessWindowHint);
         QCOMPARE(bool(window->windowStates() & Qt::WindowMaximized), wasMaximized);
+    }
+
+    void theStickyWindowsComeBackOnceTheWindowIsShown()
+    {
+        writeNotes();
+        const auto notes = decodeNotes(m_home->read(u"data/Plim/notes.json"_s), {});
+        const QUuid noteID = (*notes)[0].id;
+        storeStickyLayout({{noteID, {100, 100, 300, 340}}});
+        auto &stickyNotes = StickyNoteManager::shared();
+        QPointer<StickyWindow> made;
+        {
+            PlimApp plim;
+            stickyNotes.setFactory([&](const QUuid &, NoteTextSize) {
+                auto window = std::make_unique<FakeStickyWindow>();
+                made = window.get();
+                return window;
+            });
+            QCoreApplication::processEvents();
+            QVERIFY(!made);
+            plim.show();
+            QVERIFY(!made); // the main window is there first
+            QTRY_VERIFY(stickyNotes.activeNoteIDs().contains(noteID));
+        }
+        QVERIFY(!made);
+        QCOMPARE(stickyNotes.activeNoteIDs().count(), 0);
+        QCOMPARE(storedStickyLayout().size(), 1);
     }
 
     void theSessionManagerIsGivenTheTextsAndCostsNoBackup()

@@ -26,6 +26,8 @@ private Q_SLOTS:
         NotificationCenter &center = NotificationCenter::shared();
         QSignalSpy flushes(&center, &NotificationCenter::plimFlushEditors);
         QSignalSpy searches(&center, &NotificationCenter::plimFocusSearch);
+        QSignalSpy collapses(&center, &NotificationCenter::plimCollapseAll);
+        QSignalSpy expansions(&center, &NotificationCenter::plimExpandAll);
         int level = 0;
         QUuid selected;
         AppLanguage language = AppLanguage::first;
@@ -43,9 +45,12 @@ private Q_SLOTS:
         Q_EMIT center.plimFormat(command);
         Q_EMIT center.plimSelectNote(id);
         Q_EMIT center.plimLanguageChanged(AppLanguage::second);
+        Q_EMIT center.plimCollapseAll();
 
         QCOMPARE(flushes.count(), 1);
         QCOMPARE(searches.count(), 0);
+        QCOMPARE(collapses.count(), 1);
+        QCOMPARE(expansions.count(), 0);
         QCOMPARE(level, 2);
         QCOMPARE(selected, id);
         QCOMPARE(language, AppLanguage::second);

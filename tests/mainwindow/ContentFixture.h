@@ -14,7 +14,7 @@ public:
     StickyRecorder() : StickyNoteManager(nullptr) {}
 
     void open(const QUuid &noteID, NoteStore &store, QWindow *source,
-              std::optional<QRect> frame) override
+              std::optional<StickyFrame> frame) override
     {
         opened << noteID;
         stores << &store;
