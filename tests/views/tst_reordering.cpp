@@ -54,8 +54,16 @@ struct Drag : MainWindow {
     {
         return frameOf(list()).topLeft().toPoint() + QPoint(150, y);
     }
+    /// A row that still glides to its place is not where its note is.
+    [[nodiscard]] bool isAtRest(const QString &heading) const
+    {
+        const qreal top = list()->property("originY").toReal();
+        return row(heading)->y() == top + row(heading)->property("index").toInt() * rowHeight;
+    }
     void grab(const QString &heading)
     {
+        if (!QTest::qWaitFor([&] { return isAtRest(heading); }))
+            qFatal("%s does not come to rest", qPrintable(heading));
         place = frameOf(row(heading)).topLeft().toPoint() + QPoint(150, 30);
         isDown = true;
         QTest::mousePress(window(), Qt::LeftButton, {}, place);
