@@ -81,6 +81,7 @@ Window {
         height: parent.height
         focus: true
         content: root.content
+        cornerRadius: root.cornerRadius
         onCloseRequested: root.close()
     }
 

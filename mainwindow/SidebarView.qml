@@ -10,6 +10,7 @@ FocusScope {
     id: root
 
     required property ContentController content
+    required property int cornerRadius ///< of the window
     readonly property alias deleteDialog: deleteDialog
 
     signal closeRequested()
@@ -17,12 +18,12 @@ FocusScope {
     function focusSearch(): void {
         search.focusSearch();
     }
-
+    // The keyboard is the list's, or that of what stands in its place.
     function enterList(): void {
-        if (list.visible)
+        if (list.count > 0)
             list.enter();
         else
-            root.forceActiveFocus();
+            emptyList.forceActiveFocus(Qt.OtherFocusReason);
     }
 
     objectName: "sidebar"
@@ -38,7 +39,7 @@ FocusScope {
     VisualEffectView {
         anchors.fill: parent
         tint: Theme.sidebar
-        leadingRadius: root.Window.visibility === Window.Maximized ? 0 : Theme.windowRadius
+        leadingRadius: root.cornerRadius
     }
     SidebarHeader {
         id: header
@@ -59,7 +60,7 @@ FocusScope {
         x: Theme.margin
         width: parent.width - 2 * Theme.margin
         onEdited: text => root.content.filteredNotes.searchText = text
-        onLeaveRequested: list.enter()
+        onLeaveRequested: root.enterList()
 
         Binding {
             target: search
@@ -77,9 +78,15 @@ FocusScope {
         focus: true
         visible: list.count > 0
         content: root.content
+        onVisibleChanged: {
+            if (list.visible ? emptyList.activeFocus : list.activeFocus)
+                root.enterList();
+        }
         onDeleteRequested: noteID => deleteDialog.ask(noteID)
     }
     EmptyList {
+        id: emptyList
+
         objectName: "emptyList"
         anchors.centerIn: list
         visible: list.count === 0

@@ -137,6 +137,19 @@ private Q_SLOTS:
         QCOMPARE(w.item(u"searchField"_s)->property("text").toString(), u"mil"_s);
     }
 
+    void leavingASearchThatFoundNothingKeepsTheKeyboard()
+    {
+        const Whole w;
+        click(w.item(u"searchField"_s));
+        type(w.window(), u"qqq"_s);
+        QTRY_COMPARE(w.item(u"noteList"_s)->property("count").toInt(), 0);
+        press(w.window(), Qt::Key_Return);
+        QVERIFY(!w.item(u"searchField"_s)->hasActiveFocus());
+        QTRY_VERIFY(w.window()->activeFocusItem() && isDrawn(w.window()->activeFocusItem()));
+        press(w.window(), Qt::Key_Escape);
+        QTRY_VERIFY(w.item(u"noteList"_s)->property("count").toInt() > 0);
+    }
+
     void anEmptyTabSaysSo()
     {
         const Whole w(u"A"_s);
