@@ -1,6 +1,7 @@
 #include "mainwindow/ContentController.h"
 
 #include "core/NoteColor.h"
+#include "core/NoteEditing.h"
 #include "core/NotificationCenter.h"
 #include "mainwindow/DragOverlayManager.h"
 #include "shell/L10n.h"
@@ -218,35 +219,20 @@ void ContentController::deleteSelection()
 
 void ContentController::applyEdit(const QUuid &noteID, const QString &html)
 {
-    const Note *note = m_store.note(noteID);
-    if (!note) {
+    if (!storeBody(m_store, noteID, html))
         m_deletionUndo.applyEdit(noteID, html);
-        return;
-    }
-    Note edited = *note;
-    edited.body = html;
-    m_store.updateNote(edited);
 }
 
 void ContentController::setEditedColor(const QString &rawValue)
 {
-    const Note *note = selectedNote();
-    if (!note || !noteColorFromRawValue(rawValue))
-        return;
-    Note edited = *note;
-    edited.color = rawValue;
-    m_store.updateNote(edited);
+    if (const auto noteID = m_selection.selectedNoteID())
+        storeColor(m_store, *noteID, rawValue);
 }
 
 void ContentController::setEditedTextSize(const QString &rawValue)
 {
-    const Note *note = selectedNote();
-    const auto size = noteTextSizeFromRawValue(rawValue);
-    if (!note || !size)
-        return;
-    Note edited = *note;
-    edited.textSize = *size;
-    m_store.updateNote(edited);
+    if (const auto noteID = m_selection.selectedNoteID())
+        storeTextSize(m_store, *noteID, rawValue);
 }
 
 void ContentController::prepareEditor()
