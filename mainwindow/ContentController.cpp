@@ -3,6 +3,7 @@
 #include "core/NoteColor.h"
 #include "core/NoteEditing.h"
 #include "core/NotificationCenter.h"
+#include "editor/BodyFontSize.h"
 #include "mainwindow/DragOverlayManager.h"
 #include "shell/L10n.h"
 #include "sticky/WindowHolder.h"
@@ -17,22 +18,6 @@ namespace
 {
 constexpr double pagePadding = 50.0;      ///< px, keeps the text clear of the toolbar
 constexpr double typicalRowWidth = 340.0; ///< points
-
-/// px, the page's base font size.
-double bodyFontSize(NoteTextSize size)
-{
-    switch (size) {
-    case NoteTextSize::extraSmall:
-        return 12.0;
-    case NoteTextSize::small:
-        return 14.0;
-    case NoteTextSize::medium:
-        return 16.0;
-    case NoteTextSize::big:
-        return 19.0;
-    }
-    Q_UNREACHABLE();
-}
 } // namespace
 
 ContentController::ContentController(NoteStore &store, SelectionManager &selection,
