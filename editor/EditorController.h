@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <qqmlregistration.h>
 
+#include <memory>
+
 class RichTextEditorCoordinator;
 
 /// The handle through which toolbars and menus drive the editor of one pane and read its formats.
@@ -34,6 +36,10 @@ public:
     Q_INVOKABLE void requestLinkAtCaret();
     /// Gives the keyboard back to the attached editor.
     Q_INVOKABLE void focusEditor();
+    /// See RichTextEditorCoordinator. Without an editor there is nothing to lay out, and the debt is
+    /// let go of at once.
+    Q_INVOKABLE void layOutAgain();
+    void handOver(std::shared_ptr<void> debt);
 
 Q_SIGNALS:
     void formatStateChanged();
