@@ -105,7 +105,8 @@ void WindowShape::apply()
         return;
     m_applied = wanted;
     const WindowOutline &outline = wanted.first;
-    m_window->setMask(outline.mask);
+    if (!outline.mask.isEmpty() || !m_window->mask().isEmpty()) // some platforms know no masks
+        m_window->setMask(outline.mask);
     setInputRegion(*m_window, outline.input);
     setFrameExtents(*m_window, {outline.shadow, outline.shadow, outline.shadow, outline.shadow});
 }
