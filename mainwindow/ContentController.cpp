@@ -26,7 +26,7 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
       m_filteredNotes(store, selection),
       m_reordering([this] { return m_filteredNotes.noteIDs(); },
                    [this] { return m_multiSelection.isSelectionMode(); }),
-      m_deletionUndo(store)
+      m_deletionUndo(store), m_putAwayHint(stickyNotes, m_filteredNotes, &mainWindow)
 {
     connect(&m_store, &NoteStore::notesChanged, this, &ContentController::follow);
     connect(&m_selection, &SelectionManager::selectedNoteIDChanged, this, [this] {
