@@ -4,6 +4,11 @@
 
 #include <utility>
 
+RichTextEditorCoordinator *EditorController::coordinator() const
+{
+    return m_coordinator;
+}
+
 void EditorController::setCoordinator(RichTextEditorCoordinator *coordinator)
 {
     m_coordinator = coordinator;

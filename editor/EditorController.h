@@ -22,7 +22,7 @@ class EditorController : public QObject
 public:
     using QObject::QObject;
 
-    [[nodiscard]] RichTextEditorCoordinator *coordinator() const { return m_coordinator; }
+    [[nodiscard]] RichTextEditorCoordinator *coordinator() const;
     void setCoordinator(RichTextEditorCoordinator *coordinator);
 
     [[nodiscard]] const EditorFormatState &formatState() const { return m_formatState; }
