@@ -48,6 +48,8 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
             &ContentController::selectedCountTextChanged);
     connect(&L10n::shared(), &L10n::changed, this, &ContentController::selectedCountTextChanged);
     connect(&m_deletionUndo, &DeletionUndo::restored, this, &ContentController::takeBack);
+    connect(&m_stickyNotes, &StickyNoteManager::editedAfterDeletion, this,
+            &ContentController::applyEdit);
 
     connect(&m_reordering, &SidebarReordering::moveRequested, &m_store, &NoteStore::moveNote);
     connect(&m_reordering, &SidebarReordering::moveToEndRequested, &m_store,
