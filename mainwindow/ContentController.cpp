@@ -26,7 +26,7 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
       m_filteredNotes(store, selection),
       m_reordering([this] { return m_filteredNotes.noteIDs(); },
                    [this] { return m_multiSelection.isSelectionMode(); }),
-      m_deletionUndo(store)
+      m_deletionUndo(store), m_putAwayHint(stickyNotes, m_filteredNotes, &mainWindow)
 {
     connect(&m_store, &NoteStore::notesChanged, this, &ContentController::follow);
     connect(&m_selection, &SelectionManager::selectedNoteIDChanged, this, [this] {
@@ -48,6 +48,8 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
             &ContentController::selectedCountTextChanged);
     connect(&L10n::shared(), &L10n::changed, this, &ContentController::selectedCountTextChanged);
     connect(&m_deletionUndo, &DeletionUndo::restored, this, &ContentController::takeBack);
+    connect(&m_stickyNotes, &StickyNoteManager::editedAfterDeletion, this,
+            &ContentController::applyEdit);
 
     connect(&m_reordering, &SidebarReordering::moveRequested, &m_store, &NoteStore::moveNote);
     connect(&m_reordering, &SidebarReordering::moveToEndRequested, &m_store,

@@ -5,6 +5,7 @@
 #include "mainwindow/DeletionUndo.h"
 #include "mainwindow/MultiSelection.h"
 #include "mainwindow/NoteListModel.h"
+#include "mainwindow/PutAwayHint.h"
 #include "mainwindow/SelectionManager.h"
 #include "mainwindow/SidebarReordering.h"
 #include "sticky/StickyNoteManager.h"
@@ -25,6 +26,7 @@ class ContentController : public QObject
     Q_PROPERTY(MultiSelection *multiSelection READ multiSelection CONSTANT)
     Q_PROPERTY(SidebarReordering *reordering READ reordering CONSTANT)
     Q_PROPERTY(DeletionUndo *deletionUndo READ deletionUndo CONSTANT)
+    Q_PROPERTY(PutAwayHint *putAwayHint READ putAwayHint CONSTANT)
     Q_PROPERTY(RichTextEditor editedNote READ editedNote NOTIFY editedNoteChanged)
     Q_PROPERTY(bool hasEditedNote READ hasEditedNote NOTIFY editedNoteChanged)
     Q_PROPERTY(QColor paneColor READ paneColor NOTIFY editedNoteChanged)
@@ -43,6 +45,7 @@ public:
     [[nodiscard]] MultiSelection *multiSelection() { return &m_multiSelection; }
     [[nodiscard]] SidebarReordering *reordering() { return &m_reordering; }
     [[nodiscard]] DeletionUndo *deletionUndo() { return &m_deletionUndo; }
+    [[nodiscard]] PutAwayHint *putAwayHint() { return &m_putAwayHint; }
 
     [[nodiscard]] RichTextEditor editedNote() const;
     [[nodiscard]] bool hasEditedNote() const;
@@ -111,6 +114,7 @@ private:
     MultiSelection m_multiSelection;
     SidebarReordering m_reordering;
     DeletionUndo m_deletionUndo;
+    PutAwayHint m_putAwayHint;
     std::optional<QUuid> m_deletedSelection; ///< was open in the editor when it was deleted
     bool m_isEditorWanted = false;
 };

@@ -14,6 +14,8 @@ Window {
     required property ContentController content
     readonly property bool isMaximized: root.visibility === Window.Maximized || root.visibility === Window.FullScreen
     readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
+    // Where text is written, Ctrl+Z takes back what was written.
+    readonly property bool isWriting: editorView.hasKeyboard || root.activeFocusItem instanceof TextInput
     readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
     // What had the keyboard may go with its note, its panel or its bar: then it is the list's.
@@ -59,6 +61,11 @@ Window {
     Shortcut {
         sequence: "Ctrl+F"
         onActivated: root.content.searchFocusRequested()
+    }
+    Shortcut {
+        sequence: "Ctrl+Z"
+        enabled: StickyNoteManager.canUndoArrange && !root.isWriting
+        onActivated: StickyNoteManager.undoArrange()
     }
     Shortcut {
         sequence: "Esc"

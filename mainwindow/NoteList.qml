@@ -14,6 +14,10 @@ FocusScope {
     readonly property alias list: list
     readonly property alias count: list.count
 
+    // The note that the list points out for a moment, and how strongly.
+    property string pointedOutID: ""
+    property real glow: 0
+
     signal deleteRequested(noteID: string)
 
     // Brings the keyboard to the row that is open in the editor, else to the first.
@@ -28,12 +32,50 @@ FocusScope {
         list.currentIndex = row;
         list.positionViewAtIndex(row, ListView.Contain);
     }
+    // Without taking the keyboard there.
+    function pointOut(row: int, noteID: string): void {
+        list.positionViewAtIndex(row, ListView.Contain);
+        root.pointedOutID = noteID;
+        pointing.restart();
+    }
 
     Connections {
         target: SelectionManager
 
         function onSelectedNoteIDChanged() {
             root.showRow(root.content.selectedRow);
+        }
+    }
+
+    Connections {
+        target: root.content.putAwayHint
+
+        function onPointedOut(row, noteID) {
+            root.pointOut(row, noteID);
+        }
+    }
+    // The list's and not the row's: a row that is scrolled out of sight is soon another note's.
+    SequentialAnimation {
+        id: pointing
+
+        onFinished: root.pointedOutID = ""
+
+        NumberAnimation {
+            target: root
+            property: "glow"
+            to: 1
+            duration: Theme.glowInDuration
+            easing.type: Easing.OutCubic
+        }
+        PauseAnimation {
+            duration: Theme.glowTime - Theme.glowInDuration - Theme.glowOutDuration
+        }
+        NumberAnimation {
+            target: root
+            property: "glow"
+            to: 0
+            duration: Theme.glowOutDuration
+            easing.type: Easing.InOutQuad
         }
     }
 
@@ -133,6 +175,8 @@ FocusScope {
             isReordering: root.content.reordering.state.isDragging
             isSelectionMode: root.content.multiSelection.isSelectionMode
             isCheckmarked: root.content.multiSelection.selectedIDs.contains(row.noteID)
+            isPointedOut: root.pointedOutID === row.noteID
+            glow: root.glow
             showTopLine: root.content.reordering.topLineID === row.noteID
             showBottomLine: root.content.reordering.bottomLineID === row.noteID
             hasKeyboard: list.activeFocus && ListView.isCurrentItem && InputModality.isKeyboard

@@ -24,6 +24,8 @@ Item {
     required property bool isCheckmarked
     required property bool showTopLine
     required property bool showBottomLine
+    property bool isPointedOut: false ///< the user's eye is led to it
+    property real glow: 0 ///< how strongly, from 0 to 1
     property bool isReordering: false ///< this or another row is being dragged
     property bool hasKeyboard: false ///< the list's keys act on this row
     readonly property bool isHovered: hover.hovered && !root.isReordering
@@ -99,6 +101,17 @@ Item {
             radius: parent.radius
             visible: root.isSelectionMode && root.isCheckmarked
             color: Theme.rowTicked
+        }
+        Rectangle {
+            objectName: "rowGlow"
+            anchors.fill: parent
+            radius: parent.radius
+            visible: root.isPointedOut
+            opacity: root.glow
+            // A ticked row's ground is light already, and its texts bear no more.
+            color: root.isSelectionMode && root.isCheckmarked ? "transparent" : Qt.alpha(root.noteColor, Theme.glowOpacity)
+            border.width: Theme.glowRing
+            border.color: root.noteColor
         }
         FocusRing {
             isFocused: root.hasKeyboard

@@ -49,6 +49,7 @@ QtObject {
     readonly property color rowTicked: Qt.alpha("white", 0.16)
     readonly property color rowGhost: Qt.alpha("white", 0.1)
     readonly property real ghostOpacity: 0.15
+    readonly property real glowOpacity: 0.14 // of a note's colour on its row; more would leave its time too faint
     readonly property real stickyFillOpacity: 0.18
     readonly property real stickyHoverOpacity: 0.28
     readonly property color dropLine: "white"
@@ -133,6 +134,7 @@ QtObject {
     readonly property int cardRadius: 10
     readonly property int cardPadding: 14
     readonly property int cardShadowReach: 18
+    readonly property int glowRing: 2
     readonly property int cardShadowDrop: 4
     readonly property int stickyWidth: 300
     readonly property int stickyHeight: 340
@@ -168,6 +170,9 @@ QtObject {
     readonly property int buttonFadeDuration: root.moving(150)
     readonly property int glideDuration: root.moving(200)
     readonly property int fadeDuration: root.moving(150)
+    readonly property int glowInDuration: root.moving(300)
+    readonly property int glowOutDuration: root.moving(500)
+    readonly property int glowTime: 1800 // all of it
 
     // Fonts
     readonly property string family: "Outfit"

@@ -134,6 +134,28 @@ private Q_SLOTS:
         QCOMPARE(f.content.editedNote().html, f.body(u"A"_s));
     }
 
+    void theLastWordsOfAStickyWindowComeBackWithItsNote()
+    {
+        Fixture f(u"A B"_s);
+        const QUuid note = f.id(u"A"_s);
+        f.content.deleteNote(note);
+        Q_EMIT f.sticky.editedAfterDeletion(note, u"<h1>A</h1><p>the last words</p>"_s);
+        QCOMPARE(f.order(), u"B"_s);
+        f.content.deletionUndo()->undo();
+        QCOMPARE(f.body(u"A"_s), u"<h1>A</h1><p>the last words</p>"_s);
+    }
+
+    // Who is quick with the undo has the note back before its window has said everything.
+    void lastWordsThatComeAfterTheUndoAreStored()
+    {
+        Fixture f(u"A B"_s);
+        const QUuid note = f.id(u"A"_s);
+        f.content.deleteNote(note);
+        f.content.deletionUndo()->undo();
+        Q_EMIT f.sticky.editedAfterDeletion(note, u"<h1>A</h1><p>the last words</p>"_s);
+        QCOMPARE(f.body(u"A"_s), u"<h1>A</h1><p>the last words</p>"_s);
+    }
+
     void allOfTheListIsTicked_data()
     {
         QTest::addColumn<bool>("isArchive");

@@ -317,6 +317,47 @@ private Q_SLOTS:
         press(w.window(), Qt::Key_Space);
         QCOMPARE(asked.size(), 2);
     }
+
+    void aRowThatIsPointedOutGlowsInItsColour()
+    {
+        const Row w;
+        QQuickItem *glow = w.item(u"rowGlow"_s);
+        QVERIFY(!isDrawn(glow));
+        w.set("isPointedOut", true);
+        QVERIFY(!isDrawn(glow)); // at first
+        w.set("glow", 0.5);
+        QVERIFY(isDrawn(glow));
+        QCOMPARE(glow->opacity(), 0.5);
+        const QColor color = w.row()->property("noteColor").value<QColor>();
+        QColor wash = glow->property("color").value<QColor>();
+        QVERIFY(wash.alphaF() > 0.05 && wash.alphaF() < 0.2);
+        wash.setAlpha(255);
+        QCOMPARE(wash, color);
+        w.set("isPointedOut", false);
+        QVERIFY(!isDrawn(glow));
+    }
+
+    // Two lights, one upon the other, would be too light for the texts.
+    void aTickedRowGlowsAtItsEdgeAlone()
+    {
+        const Row w;
+        w.set("isPointedOut", true);
+        w.set("glow", 1);
+        w.set("isCheckmarked", true);
+        QVERIFY(w.item(u"rowGlow"_s)->property("color").value<QColor>().alpha() > 0);
+        w.set("isSelectionMode", true);
+        QVERIFY(isDrawn(w.item(u"rowGlow"_s)));
+        QCOMPARE(w.item(u"rowGlow"_s)->property("color").value<QColor>().alpha(), 0);
+    }
+
+    void beingPointedOutIsSpokenToNobody()
+    {
+        const Row w;
+        const QString spoken = w.row()->property("spokenText").toString();
+        w.set("isPointedOut", true);
+        w.set("glow", 1);
+        QCOMPARE(w.row()->property("spokenText").toString(), spoken);
+    }
 };
 
 QTEST_MAIN(TestNoteRow)

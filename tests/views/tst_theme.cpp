@@ -209,6 +209,18 @@ void TestTheme::everyTextIsReadableOnItsGround_data()
             QList<QColor>{ground("emptyPane"), ground("sheet"), ground("confirmFill")},
         controlContrast);
 
+    for (const QString &name : NoteChoices::colors()) {
+        const QColor paper = NoteChoices::displayColor(name);
+        const QByteArray of = "of the glowing row, " + name.toUtf8();
+        QList<QColor> glowing;
+        for (const QColor &row : rows)
+            glowing << over(faded(paper, number("glowOpacity")), row);
+        add("text " + of, ink, glowing, textContrast);
+        add("time " + of, quiet("timeOpacity"), glowing, textContrast);
+        add("hit " + of, color("hit"), glowing, textContrast);
+        add("ring " + of, paper, rows, controlContrast);
+    }
+
     const QColor tool = color("toolInk");
     for (const QString &name : NoteChoices::colors()) {
         const QColor paper = NoteChoices::displayColor(name);
