@@ -12,7 +12,8 @@ Instantiator {
     required property ReadyPages pages
     readonly property int columns: 6
     readonly property int step: 8 // between windows
-    readonly property string page: `<!doctype html><body><div contenteditable></div><script>
+    readonly property string page: `<!doctype html><body><style>div { outline: none; }</style>
+        <div contenteditable></div><script>
         const region = document.querySelector('div');
         region.oninput = () => console.info('typed');
         addEventListener('load', () => {
