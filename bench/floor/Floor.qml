@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQml.Models
 import QtQuick
-import QtWebEngine
+import QtWebEngine // qmllint disable import
 import Plim.Floor
 
 // Windows that hold nothing but an empty page to type into.
