@@ -46,8 +46,8 @@ class Table:
         median = f"{self._number(figures.median)} {self._unit}"
         self._print(name, median, f"({least} – {greatest}, {len(figures)} runs)")
 
-    def value(self, name, value):
-        self._print(name, f"{self._number(value)} {self._unit}")
+    def value(self, name, value, unit=None):
+        self._print(name, f"{self._number(value)} {self._unit if unit is None else unit}".rstrip())
 
     def promise(self, name, value, limit):
         verdict = "kept" if value <= limit else "BROKEN"

@@ -12,6 +12,7 @@ from failure import Failure
 PATIENCE = 30  # seconds
 STEP = 0.02  # seconds between two looks at a condition
 TELLING = r"plim|page|qrc:|.*([Ee]rror|[Ww]arning)"
+PARENT, USER_TIME, SYSTEM_TIME = 1, 11, 12  # places in /proc/<id>/stat after the name
 SETTLED = 0.5  # MB that memory may differ between looks a second apart
 
 
@@ -110,6 +111,14 @@ class Process:
         wait_until(rests, f"the memory of {self.name} does not come to rest")
         return readings[-1]
 
+    def processor_time(self):
+        """Seconds that the processors have worked for the program and all that it has started."""
+        ticks = sum(
+            int(fields[USER_TIME]) + int(fields[SYSTEM_TIME])
+            for fields in self._family().values()
+        )
+        return ticks / os.sysconf("SC_CLK_TCK")
+
     def _memory(self):
         total = 0
         for process in self._family():
@@ -121,16 +130,23 @@ class Process:
         return total / 1024
 
     def _family(self):
+        processes = _all_processes()
         children = {}
-        for entry in filter(str.isdigit, os.listdir("/proc")):
-            try:
-                with open(f"/proc/{entry}/stat", encoding="utf-8", errors="replace") as file:
-                    # The name is in parentheses and may hold anything.
-                    parent = int(file.read().rpartition(")")[2].split()[1])
-            except (FileNotFoundError, ProcessLookupError):
-                continue
-            children.setdefault(parent, []).append(int(entry))
+        for process, fields in processes.items():
+            children.setdefault(int(fields[PARENT]), []).append(process)
         family = [self.id]
         for process in family:
             family += children.get(process, [])
-        return family
+        return {process: processes[process] for process in family if process in processes}
+
+
+def _all_processes():
+    """Of each process what the system tells of it after its name, which may hold anything."""
+    processes = {}
+    for entry in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{entry}/stat", encoding="utf-8", errors="replace") as file:
+                processes[int(entry)] = file.read().rpartition(")")[2].split()
+        except (FileNotFoundError, ProcessLookupError):
+            pass  # it has ended meanwhile
+    return processes
