@@ -2,6 +2,13 @@
 
 #include "editor/RichTextEditorCoordinator.h"
 
+#include <utility>
+
+RichTextEditorCoordinator *EditorController::coordinator() const
+{
+    return m_coordinator;
+}
+
 void EditorController::setCoordinator(RichTextEditorCoordinator *coordinator)
 {
     m_coordinator = coordinator;
@@ -40,4 +47,16 @@ void EditorController::focusEditor()
 {
     if (m_coordinator && m_coordinator->webView())
         m_coordinator->webView()->makeFirstResponder();
+}
+
+void EditorController::layOutAgain()
+{
+    if (m_coordinator)
+        m_coordinator->layOutAgain();
+}
+
+void EditorController::handOver(std::shared_ptr<void> debt)
+{
+    if (m_coordinator)
+        m_coordinator->handOver(std::move(debt));
 }

@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <qqmlregistration.h>
 
+#include <memory>
+
 class RichTextEditorCoordinator;
 
 /// The handle through which toolbars and menus drive the editor of one pane and read its formats.
@@ -20,7 +22,7 @@ class EditorController : public QObject
 public:
     using QObject::QObject;
 
-    [[nodiscard]] RichTextEditorCoordinator *coordinator() const { return m_coordinator; }
+    [[nodiscard]] RichTextEditorCoordinator *coordinator() const;
     void setCoordinator(RichTextEditorCoordinator *coordinator);
 
     [[nodiscard]] const EditorFormatState &formatState() const { return m_formatState; }
@@ -34,6 +36,10 @@ public:
     Q_INVOKABLE void requestLinkAtCaret();
     /// Gives the keyboard back to the attached editor.
     Q_INVOKABLE void focusEditor();
+    /// See RichTextEditorCoordinator. Without an editor there is nothing to lay out, and the debt is
+    /// let go of at once.
+    Q_INVOKABLE void layOutAgain();
+    void handOver(std::shared_ptr<void> debt);
 
 Q_SIGNALS:
     void formatStateChanged();

@@ -37,6 +37,11 @@ void EditorWebView::makeFirstResponder()
     Q_EMIT focusRequested();
 }
 
+void EditorWebView::layOutAgain()
+{
+    Q_EMIT layoutRequested();
+}
+
 void EditorWebView::setIsFirstResponder(bool isFirstResponder)
 {
     if (m_isFirstResponder == isFirstResponder)

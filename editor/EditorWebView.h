@@ -41,6 +41,8 @@ public:
     void abandonScripts();
     void load(const QString &document);
     void makeFirstResponder();
+    /// Has the view lay its page out and draw it anew.
+    void layOutAgain();
 
     /// The view has the keyboard: it is the focused item of its window and the window is the
     /// active one.
@@ -59,6 +61,7 @@ Q_SIGNALS:
     void scriptRequestedWithoutResult(const QString &script);
     void loadRequested(const QString &document);
     void focusRequested();
+    void layoutRequested();
     // to the coordinator
     void loaded();
     void lost();

@@ -39,6 +39,7 @@ Item {
         onScriptRequestedWithoutResult: script => view.runJavaScript(script)
         onLoadRequested: document => view.loadPage(document)
         onFocusRequested: view.forceActiveFocus()
+        onLayoutRequested: view.layOutAgain()
     }
 
     WebEngineView {
@@ -49,6 +50,12 @@ Item {
         function loadPage(document: string) {
             view.isLoadingPage = true;
             view.loadHtml(document, EditorProfile.baseUrl);
+        }
+        // Only another size makes the engine draw what it takes for drawn.
+        function layOutAgain() {
+            view.anchors.margins = -1;
+            view.anchors.margins = 0;
+            view.update();
         }
 
         anchors.fill: parent

@@ -14,6 +14,7 @@
 #include <qqmlregistration.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 /// Owns the conversation with one editor page: when content is pushed into it, when its HTML is
@@ -47,6 +48,15 @@ public:
     /// a page to ask. Answered exactly once, also when the page or the coordinator goes away.
     void requestLinkAtCaret(std::function<void(const QString &address)> answer);
 
+    /// Asks the page for what it has not reported yet, and lets go of the debt once that is taken:
+    /// at once without a page that shows a note, and when the page goes away. A window that closes
+    /// right after a key lives until then. The view may be in the middle of telling the answer, so
+    /// that whoever ends with the debt must not take the view down in the same breath.
+    void handOver(std::shared_ptr<void> debt);
+
+    /// For a view whose window has grown from a very low height, and which may stay blank.
+    Q_INVOKABLE void layOutAgain();
+
     /// The link under the pointer; empty when there is none, or none that would be opened.
     [[nodiscard]] const QUrl &hoveredLink() const { return m_hoveredLink; }
 
@@ -78,6 +88,8 @@ private:
     void refresh();
     /// Takes what the page holds, then goes on; the page may go first, and then nothing is done.
     void read(std::function<void()> next);
+    /// Takes what the page holds that many times, one after the other, and holds the debt meanwhile.
+    void collect(int rounds, const std::shared_ptr<void> &debt);
     void showFirst();
     void switchNote();
     void show(const QUuid &noteID, const QString &html, double fontSize);

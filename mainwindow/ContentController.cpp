@@ -1,7 +1,9 @@
 #include "mainwindow/ContentController.h"
 
 #include "core/NoteColor.h"
+#include "core/NoteEditing.h"
 #include "core/NotificationCenter.h"
+#include "editor/BodyFontSize.h"
 #include "mainwindow/DragOverlayManager.h"
 #include "shell/L10n.h"
 #include "sticky/WindowHolder.h"
@@ -16,22 +18,6 @@ namespace
 {
 constexpr double pagePadding = 50.0;      ///< px, keeps the text clear of the toolbar
 constexpr double typicalRowWidth = 340.0; ///< points
-
-/// px, the page's base font size.
-double bodyFontSize(NoteTextSize size)
-{
-    switch (size) {
-    case NoteTextSize::extraSmall:
-        return 12.0;
-    case NoteTextSize::small:
-        return 14.0;
-    case NoteTextSize::medium:
-        return 16.0;
-    case NoteTextSize::big:
-        return 19.0;
-    }
-    Q_UNREACHABLE();
-}
 } // namespace
 
 ContentController::ContentController(NoteStore &store, SelectionManager &selection,
@@ -218,35 +204,20 @@ void ContentController::deleteSelection()
 
 void ContentController::applyEdit(const QUuid &noteID, const QString &html)
 {
-    const Note *note = m_store.note(noteID);
-    if (!note) {
+    if (!storeBody(m_store, noteID, html))
         m_deletionUndo.applyEdit(noteID, html);
-        return;
-    }
-    Note edited = *note;
-    edited.body = html;
-    m_store.updateNote(edited);
 }
 
 void ContentController::setEditedColor(const QString &rawValue)
 {
-    const Note *note = selectedNote();
-    if (!note || !noteColorFromRawValue(rawValue))
-        return;
-    Note edited = *note;
-    edited.color = rawValue;
-    m_store.updateNote(edited);
+    if (const auto noteID = m_selection.selectedNoteID())
+        storeColor(m_store, *noteID, rawValue);
 }
 
 void ContentController::setEditedTextSize(const QString &rawValue)
 {
-    const Note *note = selectedNote();
-    const auto size = noteTextSizeFromRawValue(rawValue);
-    if (!note || !size)
-        return;
-    Note edited = *note;
-    edited.textSize = *size;
-    m_store.updateNote(edited);
+    if (const auto noteID = m_selection.selectedNoteID())
+        storeTextSize(m_store, *noteID, rawValue);
 }
 
 void ContentController::prepareEditor()

@@ -36,6 +36,10 @@ Window {
     Component.onCompleted: windowState.restore()
 
     WindowConfig {}
+    WindowShape {
+        window: root
+        radius: root.cornerRadius
+    }
     // Later: a popup that closes, or a note that opens, is still handing the keyboard on.
     Timer {
         id: keyboardCheck

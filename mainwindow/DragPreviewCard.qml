@@ -15,24 +15,12 @@ Item {
     implicitWidth: root.cardWidth + 2 * root.reach
     implicitHeight: card.height + 2 * root.reach
 
-    // The shadow: rings that grow fainter outwards, because not every renderer can blur.
-    Repeater {
-        model: root.reach
-
-        Rectangle {
-            id: ring
-
-            required property int index
-
-            anchors.fill: card
-            anchors.margins: -ring.index
-            anchors.topMargin: -ring.index + 4
-            anchors.bottomMargin: -ring.index - 4
-            radius: Theme.cardRadius + ring.index
-            color: "transparent"
-            border.width: 1.5
-            border.color: Qt.alpha(Theme.cardShadow, Theme.cardShadow.a * Math.pow(1 - ring.index / root.reach, 2.4) * 0.5)
-        }
+    CardShadow {
+        anchors.fill: parent
+        reach: root.reach
+        radius: Theme.cardRadius
+        drop: Theme.cardShadowDrop
+        color: Theme.cardShadow
     }
     Rectangle {
         id: card

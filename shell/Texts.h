@@ -75,6 +75,14 @@
     TEXT(sortByColor, u"KOLORAMI", u"BY COLOR") \
     TEXT(collapse, u"ZWIŃ", u"COLLAPSE") \
     TEXT(expand, u"ROZWIŃ", u"EXPAND") \
+    /* a sticky window */ \
+    TEXT(pinOnTop, u"Przypnij na górze", u"Pin on top") \
+    TEXT(unpin, u"Odepnij", u"Unpin") \
+    TEXT(cannotPin, u"Ten pulpit nie pozwala przypinać okien", u"This desktop does not let windows be pinned") \
+    TEXT(collapseNote, u"Zwiń notatkę", u"Collapse note") \
+    TEXT(expandNote, u"Rozwiń notatkę", u"Expand note") \
+    TEXT(close, u"Zamknij", u"Close") \
+    /* the colours */ \
     TEXT(red, u"czerwony", u"red") \
     TEXT(orange, u"pomarańczowy", u"orange") \
     TEXT(yellow, u"żółty", u"yellow") \

@@ -12,6 +12,8 @@ set(plim_symbols
     checklist ui-checks
     checkmark.circle check-circle
     checkmark.circle.fill check-circle-fill
+    chevron.down chevron-down
+    chevron.up chevron-up
     circle circle
     divide hr
     globe globe
@@ -23,6 +25,7 @@ set(plim_symbols
     magnifyingglass search
     note.text card-text
     paintpalette.fill palette-fill
+    pin.fill pin-fill
     plus plus-lg
     plus.rectangle.on.rectangle window-stack
     shuffle shuffle

@@ -1,36 +1,25 @@
 #include "sticky/BlurBehind.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 
 #ifdef PLIM_HAS_XCB
-#include <xcb/xcb.h>
+#include "sticky/NativePixels.h"
+#include "sticky/XServer.h"
 
-#include <cstdlib>
-#include <memory>
-#include <string_view>
-
-using namespace Qt::StringLiterals;
-
-// The hint of KWin and of compositors that took it over: an empty region means the whole window.
-void blurBehind(QWindow &window)
+// The hint of KWin and of compositors that took it over.
+void blurBehind(QWindow &window, const QRegion &region)
 {
-    // Other platforms may have the interface, too, and no connection or windows of their own.
-    if (QGuiApplication::platformName() != "xcb"_L1)
+    if (!XServer::connection())
         return;
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
-    if (!connection)
-        return;
-    constexpr std::string_view name = "_KDE_NET_WM_BLUR_BEHIND_REGION";
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, name.size(), name.data()),
-                              nullptr),
-        &std::free);
-    if (atom)
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, xcb_window_t(window.winId()),
-                            atom->atom, XCB_ATOM_CARDINAL, 32, 0, nullptr);
+    std::vector<uint32_t> values;
+    for (const QRect &rect : nativePixels(region, window.devicePixelRatio())) {
+        for (const int value : {rect.x(), rect.y(), rect.width(), rect.height()})
+            values.push_back(uint32_t(value));
+    }
+    XServer::setProperty(xcb_window_t(window.winId()),
+                         XServer::atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_CARDINAL,
+                         values);
 }
 #else
-void blurBehind(QWindow &) {}
+void blurBehind(QWindow &, const QRegion &) {}
 #endif

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QRegion>
+
 class QWindow;
 
-/// Asks the desktop to blur what is behind the whole window, where it can; elsewhere does nothing.
-void blurBehind(QWindow &window);
+/// Asks the desktop to blur what is behind this part of the window, in points, where it can;
+/// elsewhere does nothing. An empty region means the whole window.
+void blurBehind(QWindow &window, const QRegion &region = {});

@@ -35,6 +35,8 @@ StickyNoteManager::StickyNoteManager(QObject *parent, Screens screens, const Sti
     connect(&m_packSoon, &QTimer::timeout, this, [this] { std::exchange(m_pack, {})(); });
     m_restoreNext.setSingleShot(true); // of no length: other events have their turn in between
     connect(&m_restoreNext, &QTimer::timeout, this, &StickyNoteManager::restoreNext);
+    m_openNext.setSingleShot(true);
+    connect(&m_openNext, &QTimer::timeout, this, &StickyNoteManager::openNext);
 }
 
 StickyNoteManager::~StickyNoteManager()
@@ -55,7 +57,7 @@ void StickyNoteManager::setFactory(StickyWindowFactory factory)
 
 void StickyNoteManager::reset()
 {
-    for (QTimer *timer : {&m_packSoon, &m_saveWorkItem, &m_restoreNext})
+    for (QTimer *timer : {&m_packSoon, &m_saveWorkItem, &m_restoreNext, &m_openNext})
         timer->stop();
     m_screenWatch.reset();
     if (m_store)
@@ -65,6 +67,7 @@ void StickyNoteManager::reset()
         sticky.window->disconnect(this);
     m_stickies.clear();
     m_waiting.clear();
+    m_extracting.clear();
     m_isTerminating = false;
     setBeforeArranging({});
     announceWindows();
@@ -97,10 +100,15 @@ void StickyNoteManager::open(const QUuid &noteID, NoteStore &store, QWindow *sou
 {
     if (!canOpen())
         return;
-    if (const Sticky *sticky = find(noteID)) {
+    if (const Sticky *sticky = find(noteID))
         sticky->window->bringToFront();
-        return;
-    }
+    else
+        show(noteID, store, sourceWindow, frame, Keyboard::Taken);
+}
+
+void StickyNoteManager::show(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
+                             std::optional<StickyFrame> frame, Keyboard keyboard)
+{
     watch(store);
     const Note *note = store.note(noteID);
     auto window = m_factory(noteID, note ? note->textSize : NoteTextSize::medium);
@@ -120,7 +128,10 @@ void StickyNoteManager::open(const QUuid &noteID, NoteStore &store, QWindow *sou
     place(m_stickies.back(), frame ? *frame : newFrame(sourceWindow),
           StickyWindow::Motion::Immediate);
     announceWindows();
-    shown.bringToFront();
+    if (keyboard == Keyboard::Taken)
+        shown.bringToFront();
+    else
+        shown.appear();
     saveLayout();
 }
 
@@ -129,9 +140,30 @@ void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &store,
 {
     if (!canOpen())
         return;
+    watch(store);
+    m_extractionSource = sourceWindow;
     for (const QUuid &noteID : noteIDs) {
-        if (!m_activeNoteIDs.contains(noteID))
-            open(noteID, store, sourceWindow, std::nullopt);
+        if (!m_activeNoteIDs.contains(noteID) && !m_extracting.contains(noteID))
+            m_extracting << noteID;
+    }
+    openNext();
+}
+
+void StickyNoteManager::openNext()
+{
+    if (!m_store)
+        return;
+    // Some may have been opened or deleted since they were asked for.
+    m_extracting.removeIf(
+        [this](const QUuid &noteID) { return find(noteID) || !m_store->note(noteID); });
+    if (!m_extracting.isEmpty()) {
+        const QUuid noteID = m_extracting.takeFirst();
+        show(noteID, *m_store, m_extractionSource, std::nullopt,
+             m_extracting.isEmpty() ? Keyboard::Taken : Keyboard::Left);
+    }
+    if (!m_extracting.isEmpty()) {
+        m_openNext.start();
+        return;
     }
     packSoon(m_delays.packAfterOpening, [this] {
         rememberArrangement();
@@ -154,7 +186,7 @@ void StickyNoteManager::restoreNext()
         const StickyLayoutEntry entry = m_waiting.constFirst();
         const bool isWanted = m_store->note(entry.noteID) && !find(entry.noteID);
         if (isWanted)
-            open(entry.noteID, *m_store, nullptr, entry.frame);
+            show(entry.noteID, *m_store, nullptr, entry.frame, Keyboard::Left);
         m_waiting.removeOne(entry);
         if (isWanted)
             break;
@@ -169,6 +201,7 @@ void StickyNoteManager::prepareForTermination()
         return;
     m_isTerminating = true;
     m_restoreNext.stop();
+    m_openNext.stop();
     for (Sticky &sticky : m_stickies)
         sticky.lastFrame = frameToKeep(sticky);
     m_saveWorkItem.stop();
@@ -190,6 +223,8 @@ void StickyNoteManager::resumeAfterTermination()
     });
     announceWindows();
     m_restoreNext.start();
+    if (!m_extracting.isEmpty())
+        m_openNext.start();
 }
 
 void StickyNoteManager::saveLayout()
@@ -335,7 +370,12 @@ StickyFrame StickyNoteManager::newFrame(const QWindow *sourceWindow) const
     const ScreenAreas screens = m_screens();
     StickyFrame frame{0, 0, StickyFrame::initialWidth, StickyFrame::expandedHeight};
     if (sourceWindow) {
-        const auto source = StickyFrame::fromScreen(sourceWindow->frameGeometry(), screens.primary);
+        const auto sticky = std::ranges::find_if(m_stickies, [&](const Sticky &each) {
+            return each.window->isHostedBy(sourceWindow);
+        });
+        const QRect geometry = sticky == m_stickies.end() ? sourceWindow->frameGeometry()
+                                                          : sticky->window->frame();
+        const auto source = StickyFrame::fromScreen(geometry, screens.primary);
         frame.x = source.x + cascadeStep;
         frame.y = source.y - cascadeStep;
     } else if (!screens.isEmpty()) {

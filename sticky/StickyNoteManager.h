@@ -72,9 +72,11 @@ public:
     /// put into the frame, else beside the source window, else in the middle of the screen.
     virtual void open(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
                       std::optional<StickyFrame> frame);
-    /// Opens those of the notes that have no window, in this order, and packs the windows.
+    /// Opens those of the notes that have no window, in this order and one in each turn of the event
+    /// loop, and packs the windows. The last one gets the keyboard.
     virtual void openAll(const QList<QUuid> &noteIDs, NoteStore &store, QWindow *sourceWindow);
-    /// Opens the windows of the saved layout, one in each turn of the event loop.
+    /// Opens the windows of the saved layout, one in each turn of the event loop. None of them takes
+    /// the keyboard: its user may be typing by then.
     void restore(NoteStore &store);
 
     Q_INVOKABLE void collapseAll();
@@ -100,6 +102,8 @@ Q_SIGNALS:
     void canUndoArrangeChanged();
     /// Somebody has closed the note's window; the note is still there.
     void stickyPutAway(const QUuid &noteID);
+    /// The last words of a note that was deleted while its window was open.
+    void editedAfterDeletion(const QUuid &noteID, const QString &html);
     void layoutSaved();
 
 protected:
@@ -131,6 +135,10 @@ private:
     void watch(NoteStore &store);
     void followStore(const NotesChange &change);
     void restoreNext();
+    void openNext();
+    enum class Keyboard { Taken, Left };
+    void show(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
+              std::optional<StickyFrame> frame, Keyboard keyboard);
 
     // Frames
     [[nodiscard]] StickyFrame newFrame(const QWindow *sourceWindow) const;
@@ -159,11 +167,14 @@ private:
     std::vector<Sticky> m_stickies;
     NoteIDSet m_activeNoteIDs;
     QList<StickyLayoutEntry> m_waiting; ///< of the saved layout, and not open yet
+    QList<QUuid> m_extracting;          ///< asked for together, and not open yet
+    QPointer<QWindow> m_extractionSource;
     QHash<QUuid, Arrangement> m_beforeArranging;
     std::function<void()> m_pack;
     QTimer m_packSoon;
     QTimer m_saveWorkItem;
     QTimer m_restoreNext;
+    QTimer m_openNext;
     std::unique_ptr<QObject> m_screenWatch;
     bool m_isTerminating = false;
     bool m_isRefusalLogged = false;

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QRect>
 #include <QUuid>
+#include <QWindow>
 
 #include <functional>
 #include <memory>
@@ -22,6 +23,8 @@ public:
     /// While it glides to a new place: that place.
     [[nodiscard]] virtual QRect frame() const = 0;
     virtual void setFrame(const QRect &frame, Motion motion) = 0;
+    /// Shows it and leaves the keyboard where it is.
+    virtual void appear() = 0;
     /// Shows it in front of the others, with the keyboard; wherever it was, minimised, too.
     virtual void bringToFront() = 0;
     /// Closes it, which nobody can refuse; closed() follows.
@@ -30,6 +33,8 @@ public:
     [[nodiscard]] virtual bool isCollapsed() const = 0;
     /// Changes the form that is drawn, and not the frame. Asks for nothing.
     virtual void setCollapsed(bool isCollapsed) = 0;
+    /// Whether the window that the window system has is this one's.
+    [[nodiscard]] virtual bool isHostedBy(const QWindow *window) const = 0;
 
 Q_SIGNALS:
     void moved();

@@ -1,6 +1,7 @@
 #include "sticky/VisualEffectView.h"
 
 #include "sticky/BlurBehind.h"
+#include "sticky/RoundedRegion.h"
 
 #include <QImage>
 #include <QPainter>
@@ -49,7 +50,7 @@ void VisualEffectView::setMaterial(Material material)
 void VisualEffectView::setBlendingMode(BlendingMode mode)
 {
     set(m_blendingMode, mode);
-    askForBlur();
+    askForBlurAgain();
 }
 
 void VisualEffectView::setTint(const QColor &tint)
@@ -90,7 +91,7 @@ void VisualEffectView::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickPaintedItem::itemChange(change, data);
     if (change == ItemSceneChange)
-        askForBlur();
+        enter(data.window);
 }
 
 void VisualEffectView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
@@ -110,14 +111,43 @@ void VisualEffectView::set(T &member, const T &value)
     Q_EMIT changed();
 }
 
+QRegion VisualEffectView::coveredRegion() const
+{
+    const QRect area = mapRectToScene(boundingRect()).toRect();
+    const QRect left(area.topLeft(), QSize(area.width() / 2, area.height()));
+    return (roundedRegion(area, qRound(m_leadingRadius)) & left) +
+           (roundedRegion(area, qRound(m_trailingRadius)) - left);
+}
+
+void VisualEffectView::enter(QQuickWindow *window)
+{
+    if (m_window)
+        m_window->disconnect(this);
+    m_window = window;
+    if (!window)
+        return;
+    connect(window, &QWindow::visibleChanged, this, &VisualEffectView::askForBlurAgain);
+    // What moves it may be far above it in the scene, and tells it nothing.
+    connect(window, &QQuickWindow::afterAnimating, this, &VisualEffectView::askForBlur);
+    askForBlurAgain();
+}
+
 // A window that has not been shown yet has nothing to ask for: asking would make it before its
 // owner has settled what kind of window it is to be.
 void VisualEffectView::askForBlur()
 {
-    if (!window() || m_blendingMode != BlendingMode::BehindWindow)
+    if (!m_window || !m_window->isVisible() || m_blendingMode != BlendingMode::BehindWindow)
         return;
-    connect(window(), &QWindow::visibleChanged, this, &VisualEffectView::askForBlur,
-            Qt::UniqueConnection);
-    if (window()->isVisible())
-        blurBehind(*window());
+    const std::pair wanted(coveredRegion(), m_window->devicePixelRatio());
+    if (m_blurred == wanted || wanted.first.isEmpty()) // which would mean all of the window
+        return;
+    m_blurred = wanted;
+    blurBehind(*m_window, wanted.first);
+}
+
+// One that is shown again may be another native window.
+void VisualEffectView::askForBlurAgain()
+{
+    m_blurred.reset();
+    askForBlur();
 }

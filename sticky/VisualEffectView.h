@@ -1,11 +1,15 @@
 #pragma once
 
 #include <QColor>
+#include <QPointer>
 #include <QQuickPaintedItem>
+#include <QRegion>
 #include <qqmlregistration.h>
 
+#include <optional>
+
 /// The translucent, slightly grainy ground of a view. It stays translucent whether its window is
-/// the active one or not.
+/// the active one or not. There is one such view in a window: what it covers is what is blurred.
 class VisualEffectView : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -39,6 +43,8 @@ public:
     /// Points, of the right corners.
     [[nodiscard]] qreal trailingRadius() const { return m_trailingRadius; }
     void setTrailingRadius(qreal radius);
+    /// What it covers of its window, in points.
+    [[nodiscard]] QRegion coveredRegion() const;
 
     void paint(QPainter *painter) override;
 
@@ -52,11 +58,16 @@ protected:
 private:
     template <typename T>
     void set(T &member, const T &value);
+    void enter(QQuickWindow *window);
     void askForBlur();
+    void askForBlurAgain();
 
     Material m_material = Material::Sidebar;
     BlendingMode m_blendingMode = BlendingMode::BehindWindow;
     QColor m_tint;
     qreal m_leadingRadius = 0;
     qreal m_trailingRadius = 0;
+    QPointer<QQuickWindow> m_window;
+    /// What its window has been told, and at which scale; empty when that knows nothing.
+    std::optional<std::pair<QRegion, qreal>> m_blurred;
 };

@@ -47,6 +47,16 @@ void passOnAllButNoise(QtMsgType type, const QMessageLogContext &context, const 
     usualHandler(type, context, text);
 }
 
+// Only for this program: what it opens, a browser, say, makes its own choice.
+void choosePlatform()
+{
+    const QByteArray platforms = wantedPlatforms(QProcessEnvironment::systemEnvironment());
+    if (platforms.isEmpty())
+        return;
+    qputenv("QT_QPA_PLATFORM", platforms);
+    qAddPreRoutine([] { qunsetenv("QT_QPA_PLATFORM"); }); // Qt has read it by then
+}
+
 bool hasGraphicsCard()
 {
 #ifdef Q_OS_LINUX
@@ -57,6 +67,18 @@ bool hasGraphicsCard()
 }
 } // namespace
 
+// Wayland lets no program place its windows or bring them to the front, which sticky notes live by.
+// The X server that most such sessions have as well does.
+QByteArray wantedPlatforms(const QProcessEnvironment &environment)
+{
+    const auto has = [&environment](const QString &name) {
+        return !environment.value(name).isEmpty();
+    };
+    if (has(u"QT_QPA_PLATFORM"_s) || !has(u"WAYLAND_DISPLAY"_s) || !has(u"DISPLAY"_s))
+        return {};
+    return "xcb;wayland";
+}
+
 void preparePlatform()
 {
     QCoreApplication::setOrganizationName(u"Plim"_s);
@@ -65,6 +87,7 @@ void preparePlatform()
     usualHandler = qInstallMessageHandler(passOnAllButNoise);
     limitRenderers();
     allowRoot();
+    choosePlatform();
     // Many small windows cost less with one thread than with one each; without a card the
     // processor draws them sooner by itself than by standing in for a card.
     if (!qEnvironmentVariableIsSet("QSG_RENDER_LOOP"))

@@ -15,6 +15,7 @@ inline const QString reportState =
 inline const QString cancelDebounce =
     QStringLiteral("window.cancelDebounce && window.cancelDebounce();");
 inline const QString read = QStringLiteral("window.getComposedHTML()");
+inline const QString layOut = QStringLiteral("document.body && document.body.offsetHeight;");
 inline const QString isFocused =
     QStringLiteral("document.activeElement === document.getElementById('title') || "
                    "document.activeElement === document.getElementById('body') || "
@@ -43,6 +44,8 @@ public:
     inline static const QString loads = QStringLiteral("(loads the page)");
     inline static const QString takesKeyboard = QStringLiteral("(takes the keyboard)");
 
+    inline static const QString laysOutAgain = QStringLiteral("(lays the page out again)");
+
     FakeView()
     {
         QObject::connect(&seam, &EditorWebView::scriptRequested, &seam,
@@ -57,6 +60,8 @@ public:
                              m_log += loads;
                              documents += document;
                          });
+        QObject::connect(&seam, &EditorWebView::layoutRequested, &seam,
+                         [this] { m_log += laysOutAgain; });
         QObject::connect(&seam, &EditorWebView::focusRequested, &seam, [this] {
             m_log += takesKeyboard;
             if (getsKeyboardWhenAsked)
@@ -80,6 +85,13 @@ public:
         if (m_unanswered.isEmpty())
             qFatal("Nothing was asked");
         seam.finishScript(m_unanswered.takeFirst().first, result);
+    }
+    /// Answers what is asked, and what is asked upon that.
+    void answerAll(const QVariant &result)
+    {
+        do
+            answer(result);
+        while (!m_unanswered.isEmpty());
     }
     void answer(const char16_t *text) { answer(QVariant(QString::fromUtf16(text))); }
     void answer(const QString &text) { answer(QVariant(text)); }

@@ -63,7 +63,7 @@ private Q_SLOTS:
         askForTexts();
         QCOMPARE(f.view.takeLog(), QStringList(Script::read));
         QVERIFY(!EditorFlush::shared().isSettled());
-        f.view.answer(answer);
+        f.view.answerAll(answer);
         QVERIFY(EditorFlush::shared().isSettled());
         QCOMPARE(f.changes, handedOut.isEmpty() ? Changes() : Changes({{noteA.id, handedOut}}));
 
@@ -110,9 +110,9 @@ private Q_SLOTS:
         second.showNote(noteB, u"<h1>b</h1>"_s);
         const QSignalSpy spy(&EditorFlush::shared(), &EditorFlush::settled);
         askForTexts();
-        second.view.answer(u"<h1>bb</h1>");
+        second.view.answerAll(u"<h1>bb</h1>"_s);
         QCOMPARE(spy.size(), 0);
-        first.view.answer(u"<h1>aa</h1>");
+        first.view.answerAll(u"<h1>aa</h1>"_s);
         QCOMPARE(spy.size(), 1);
         QCOMPARE(first.changes, Changes({{noteA.id, u"<h1>aa</h1>"_s}}));
         QCOMPARE(second.changes, Changes({{noteB.id, u"<h1>bb</h1>"_s}}));

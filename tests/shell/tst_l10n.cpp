@@ -107,6 +107,13 @@ private Q_SLOTS:
         row("sortByColor", &L10n::sortByColor, u"KOLORAMI"_s, u"BY COLOR"_s);
         row("collapse", &L10n::collapse, u"ZWIŃ"_s, u"COLLAPSE"_s);
         row("expand", &L10n::expand, u"ROZWIŃ"_s, u"EXPAND"_s);
+        row("pinOnTop", &L10n::pinOnTop, u"Przypnij na górze"_s, u"Pin on top"_s);
+        row("unpin", &L10n::unpin, u"Odepnij"_s, u"Unpin"_s);
+        row("cannotPin", &L10n::cannotPin, u"Ten pulpit nie pozwala przypinać okien"_s,
+            u"This desktop does not let windows be pinned"_s);
+        row("collapseNote", &L10n::collapseNote, u"Zwiń notatkę"_s, u"Collapse note"_s);
+        row("expandNote", &L10n::expandNote, u"Rozwiń notatkę"_s, u"Expand note"_s);
+        row("close", &L10n::close, u"Zamknij"_s, u"Close"_s);
         row("red", &L10n::red, u"czerwony"_s, u"red"_s);
         row("orange", &L10n::orange, u"pomarańczowy"_s, u"orange"_s);
         row("yellow", &L10n::yellow, u"żółty"_s, u"yellow"_s);

@@ -16,6 +16,7 @@ public:
         motions << motion;
         change(frame);
     }
+    void appear() override { ++timesShown; }
     void bringToFront() override { ++timesInFront; }
     void close() override
     {
@@ -25,6 +26,10 @@ public:
     void setFloating(bool value) override { isFloating = value; }
     [[nodiscard]] bool isCollapsed() const override { return m_isCollapsed; }
     void setCollapsed(bool isCollapsed) override { m_isCollapsed = isCollapsed; }
+    [[nodiscard]] bool isHostedBy(const QWindow *window) const override
+    {
+        return window && window == host;
+    }
 
     // What a user does
     void moveTo(const QPoint &position) { change({position, m_frame.size()}); }
@@ -38,7 +43,9 @@ public:
     QUuid noteID;
     NoteTextSize textSize = NoteTextSize::medium;
     QList<Motion> motions;
+    int timesShown = 0; ///< without the keyboard
     int timesInFront = 0;
+    const QWindow *host = nullptr;
     bool isOpen = true;
     bool isFloating = false;
 

@@ -334,6 +334,19 @@ private Q_SLOTS:
         QVERIFY(f.isOut(0));
     }
 
+    void whatIsRestoredTakesNoKeyboard()
+    {
+        Fixture f(2);
+        f.open(0, somewhere);
+        f.open(1, elsewhere);
+        f.restart();
+        QTRY_VERIFY(f.isOut(0) && f.isOut(1));
+        for (const int i : {0, 1}) {
+            QCOMPARE(f.window(i).timesInFront, 0);
+            QCOMPARE(f.window(i).timesShown, 1);
+        }
+    }
+
     // Several at once
 
     void thoseThatAreNotOutAreOpenedInOrderAndPacked()
@@ -346,8 +359,11 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         f.manager->openAll({f.id(3), f.id(2), f.id(0)}, f.store, &source);
-        QCOMPARE(f.made, (QList{f.id(3), f.id(0)}));
+        QTRY_COMPARE(f.made, (QList{f.id(3), f.id(0)}));
         QCOMPARE(f.window(2).timesInFront, 1);
+        QCOMPARE(f.window(3).timesInFront, 0); // the keyboard goes to the last one
+        QCOMPARE(f.window(3).timesShown, 1);
+        QCOMPARE(f.window(0).timesInFront, 1);
         for (const int i : {3, 0})
             QCOMPARE(f.frame(i), (StickyFrame{136, 264, 300, 340}));
         QCOMPARE(f.frame(2), somewhere);
@@ -364,6 +380,31 @@ private Q_SLOTS:
         f.manager->openAll({}, f.store, nullptr);
         f.manager->openAll({f.id(0), f.id(0)}, f.store, nullptr);
         QCOMPARE(f.made, QList{f.id(0)});
+    }
+
+    void whoIsOpenedOrDeletedBeforeItsTurnIsLeftOut()
+    {
+        Fixture f(4);
+        f.manager->openAll(f.ids(), f.store, nullptr);
+        const QUuid deleted = f.id(2);
+        QCOMPARE(f.made, QList{f.id(0)}); // the others have their turns
+        f.open(1);
+        f.store.deleteNotes({deleted});
+        const QUuid last = f.id(2);
+        QTRY_COMPARE(f.made.size(), 3);
+        QTest::qWait(0);
+        QCOMPARE(f.made.constLast(), last);
+        QVERIFY(!f.manager->window(deleted));
+    }
+
+    void aSourceThatIsAStickyWindowCountsWithoutItsShadow()
+    {
+        Fixture f(2);
+        QWindow host;
+        host.setGeometry(100, 200, 372, 452);
+        f.open(0, somewhere).host = &host;
+        f.manager->open(f.id(1), f.store, &host, std::nullopt);
+        QCOMPARE(f.frame(1), (StickyFrame{236, 264, 300, 340}));
     }
 
     // Saving

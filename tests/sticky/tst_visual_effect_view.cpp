@@ -1,5 +1,7 @@
 #include "sticky/VisualEffectView.h"
 
+#include "sticky/RoundedRegion.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QQuickWindow>
@@ -108,6 +110,38 @@ private Q_SLOTS:
             view.setTrailingRadius(4);
         }
         QCOMPARE(changed.count(), 5);
+    }
+
+    void itKnowsWhatItCovers_data()
+    {
+        QTest::addColumn<qreal>("leading");
+        QTest::addColumn<qreal>("trailing");
+        QTest::addColumn<QRegion>("covered");
+        const QRect area(30, 40, width, height);
+        const QRect left(30, 40, width / 2, height);
+        QTest::newRow("square") << 0.0 << 0.0 << QRegion(area);
+        QTest::newRow("round") << 16.0 << 16.0 << roundedRegion(area, 16);
+        QTest::newRow("round on the left")
+            << 12.0 << 0.0 << (roundedRegion(area, 12) & left) + (QRegion(area) - left);
+    }
+    void itKnowsWhatItCovers()
+    {
+        QFETCH(qreal, leading);
+        QFETCH(qreal, trailing);
+        QFETCH(QRegion, covered);
+        QQuickWindow window;
+        QQuickItem parent(window.contentItem());
+        parent.setPosition({20, 40});
+        VisualEffectView view(&parent);
+        view.setPosition({10, 0});
+        view.setSize({width, height});
+        view.setLeadingRadius(leading);
+        view.setTrailingRadius(trailing);
+        QCOMPARE(view.coveredRegion(), covered);
+        parent.setX(25);
+        QCOMPARE(view.coveredRegion(), covered.translated(5, 0));
+        view.setSize({0, 0});
+        QVERIFY(view.coveredRegion().isEmpty());
     }
 
     void itMayChangeWindows()

@@ -12,11 +12,18 @@ Item {
 
         required property int edges
 
-        onPressed: edge.Window.window.startSystemResize(edge.edges)
+        // The window system takes the pointer over, and nothing more is heard of the press.
+        onPressed: {
+            root.resizeStarted();
+            edge.Window.window.startSystemResize(edge.edges);
+        }
     }
 
     readonly property int reach: Theme.resizeEdge
     readonly property int corner: 2 * Theme.resizeEdge
+
+    // The user has taken hold of an edge; told before the window system has.
+    signal resizeStarted()
 
     Edge {
         objectName: "resize.top"

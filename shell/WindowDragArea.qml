@@ -1,8 +1,11 @@
 import QtQuick
 
-// Free ground: the window is moved by it, and maximised by a double click.
+// Free ground: the window is moved by it, and maximised by a double click where that is wanted.
 MouseArea {
     id: root
+
+    // A window for which a double click means something else hears of it as of any MouseArea's.
+    property bool maximizes: true
 
     // The window system takes the pointer over for the move, and what it sends afterwards may look
     // like the old press going on: one press moves the window once.
@@ -32,6 +35,7 @@ MouseArea {
     }
     onDoubleClicked: {
         root.isArmed = false;
-        root.toggleMaximized();
+        if (root.maximizes)
+            root.toggleMaximized();
     }
 }

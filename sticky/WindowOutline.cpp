@@ -1,0 +1,20 @@
+#include "sticky/WindowOutline.h"
+
+#include "sticky/RoundedRegion.h"
+
+#include <algorithm>
+
+WindowOutline WindowOutline::of(QSize window, const Wish &wish, bool isCompositing)
+{
+    const QRect whole(QPoint(0, 0), window);
+    WindowOutline outline;
+    if (isCompositing && wish.shadow > 0) {
+        const int margin = std::max(0, wish.shadow - wish.grip);
+        const int radius = wish.radius > 0 ? wish.radius + wish.shadow - margin : 0;
+        outline.input = roundedRegion(whole.adjusted(margin, margin, -margin, -margin), radius);
+        outline.shadow = wish.shadow;
+    } else if (!isCompositing && wish.radius > 0) {
+        outline.mask = roundedRegion(whole, wish.radius);
+    }
+    return outline;
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QRegion>
+
+#include <xcb/shape.h>
+#include <xcb/xcb.h>
+
+class QWindow;
+
+/// Another program on the same X server: it sees what the server was told, and nothing that the
+/// tested program merely believes.
+class XWitness
+{
+public:
+    XWitness();
+    ~XWitness();
+    Q_DISABLE_COPY_MOVE(XWitness)
+
+    [[nodiscard]] bool isConnected() const { return !xcb_connection_has_error(m_connection); }
+    [[nodiscard]] xcb_window_t root() const;
+    /// The window manager's, which holds the window; the window itself when there is none.
+    [[nodiscard]] xcb_window_t frameOf(const QWindow &window) const;
+
+    [[nodiscard]] QList<quint32> property(xcb_window_t window, const QByteArray &name) const;
+    [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name) const;
+    /// The names of the atoms in the property.
+    [[nodiscard]] QList<QByteArray> names(xcb_window_t window, const QByteArray &name) const;
+    /// In pixels.
+    [[nodiscard]] QRegion shape(xcb_window_t window, xcb_shape_kind_t kind) const;
+    [[nodiscard]] QRect geometry(xcb_window_t window) const;
+
+    [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const;
+    [[nodiscard]] xcb_window_t makeWindow() const;
+    void destroyWindow(xcb_window_t window) const;
+    void setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
+                     const QList<quint32> &values) const;
+    void deleteProperty(xcb_window_t window, const QByteArray &name) const;
+    /// With XCB_NONE nobody owns it any more.
+    void setSelectionOwner(const QByteArray &selection, xcb_window_t owner) const;
+
+private:
+    xcb_connection_t *m_connection;
+};
