@@ -47,8 +47,8 @@ QImage drawCorners(const Look &look)
     const double side = 2 * cornerSide(look) + 1; // points
     const int pixels = int(std::ceil(side * look.scale));
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    const QRectF card = QRectF(0, 0, side, side)
-                            .adjusted(look.reach, look.reach, -look.reach, -look.reach);
+    const QRectF card =
+        QRectF(0, 0, side, side).adjusted(look.reach, look.reach, -look.reach, -look.reach);
     const QRectF dropped = card.translated(0, look.drop);
     const double strength = qAlpha(look.color) / 255.0;
     // A shadow that has slipped down would be cut off below if it reached as far as elsewhere.
@@ -82,7 +82,8 @@ void CardShadow::paint(QPainter *painter)
 {
     if (m_reach <= 0)
         return;
-    const Look look{m_reach, m_radius, m_drop, m_color.rgba(), painter->device()->devicePixelRatio()};
+    const Look look{m_reach, m_radius, m_drop, m_color.rgba(),
+                    painter->device()->devicePixelRatio()};
     const QImage &image = corners(look);
     const double corner = cornerSide(look);
     const double drawn = corner * look.scale; // pixels
@@ -94,11 +95,11 @@ void CardShadow::paint(QPainter *painter)
         for (std::size_t column = 0; column < 3; ++column) {
             if (row == 1 && column == 1)
                 continue;
-            painter->drawImage(QRectF(QPointF(across[column], down[row]),
-                                      QPointF(across[column + 1], down[row + 1])),
-                               image,
-                               QRectF(QPointF(from[column], from[row]),
-                                      QPointF(from[column + 1], from[row + 1])));
+            painter->drawImage(
+                QRectF(QPointF(across[column], down[row]),
+                       QPointF(across[column + 1], down[row + 1])),
+                image,
+                QRectF(QPointF(from[column], from[row]), QPointF(from[column + 1], from[row + 1])));
         }
     }
 }

@@ -10,6 +10,7 @@ T.AbstractButton {
     required property string helpText
     property int side: Theme.headerButton
     property int symbolSize: Theme.iconHeader
+    property bool isBold: false
     property color ink: Theme.ink
     property color restFill: "transparent"
     property color hoverFill: Theme.hoverFill
@@ -35,6 +36,7 @@ T.AbstractButton {
             anchors.centerIn: parent
             name: root.symbol
             size: root.symbolSize
+            isBold: root.isBold
             color: root.ink
         }
     }

@@ -65,6 +65,18 @@ QtObject {
     readonly property color toolRing: "black"
     readonly property color swatchRing: "white"
     readonly property color optionFill: Qt.alpha("black", 0.08)
+    readonly property real pinnedOpacity: 0.75
+    readonly property real disabledOpacity: 0.35
+    readonly property color capsuleInk: Qt.alpha("black", 0.8)
+
+    // The glass of a sticky card, drawn in this order. Whatever stands behind it, black ink on it
+    // keeps 4.5 : 1.
+    readonly property real glassOpacity: 0.93
+    readonly property color glassLight: Qt.alpha("white", 0.42)
+    readonly property color glassBody: Qt.alpha("white", 0.12)
+    readonly property color glassShade: Qt.alpha("black", 0.02)
+    readonly property color glassEdge: Qt.alpha("white", 0.55)
+    readonly property color stickyShadow: Qt.alpha("black", 0.42)
 
     // Sizes, in points
     readonly property int windowWidth: 1100
@@ -121,6 +133,22 @@ QtObject {
     readonly property int cardRadius: 10
     readonly property int cardPadding: 14
     readonly property int cardShadowReach: 18
+    readonly property int cardShadowDrop: 4
+    readonly property int stickyWidth: 300
+    readonly property int stickyHeight: 340
+    readonly property int minimumStickyWidth: 260
+    readonly property int minimumStickyHeight: 52
+    readonly property int stickyRadius: 16
+    readonly property int stickyShadowReach: 26
+    readonly property int stickyShadowDrop: 6
+    readonly property int stickyGrip: 3 // an edge can be taken hold of from that far outside
+    readonly property int stickyPadding: 18
+    readonly property int stickyTop: 40
+    readonly property int stickyLeading: 12
+    readonly property int stickyTrailing: 8
+    readonly property int stickyOverhang: 24
+    readonly property int stickyControl: 24
+    readonly property int stickyControlGap: 2
     readonly property int dragThreshold: 2
     readonly property int wheelStep: 60
     readonly property int scrollBarWidth: 8
@@ -159,6 +187,7 @@ QtObject {
     readonly property font toolFont: root.face(Font.DemiBold, 11)
     readonly property font sizePillFont: root.face(Font.Bold, 12)
     readonly property font optionFont: root.face(Font.Bold, 13)
+    readonly property font capsuleFont: root.face(Font.DemiBold, 13)
     readonly property font tipFont: root.face(Font.Normal, 12)
 
     function face(weight: int, size: int): font {

@@ -193,6 +193,8 @@ void StickyNoteManager::restoreNext()
     }
     if (!m_waiting.isEmpty())
         m_restoreNext.start();
+    else
+        Q_EMIT restored();
 }
 
 void StickyNoteManager::prepareForTermination()

@@ -99,6 +99,8 @@ public:
 
 Q_SIGNALS:
     void activeNoteIDsChanged();
+    /// The windows of the saved layout are open.
+    void restored();
     void canUndoArrangeChanged();
     /// Somebody has closed the note's window; the note is still there.
     void stickyPutAway(const QUuid &noteID);

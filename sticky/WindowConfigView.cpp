@@ -10,6 +10,7 @@ void WindowConfigView::itemChange(ItemChange change, const ItemChangeData &data)
     if (change != ItemSceneChange || !data.window)
         return;
     WindowHolder::shared().window = data.window;
+    data.window->setProperty("_q_xcb_wm_window_role", QByteArray("main")); // for rules of the desktop
     data.window->setColor(Qt::transparent);
     data.window->setFlag(Qt::FramelessWindowHint);
 }

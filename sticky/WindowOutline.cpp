@@ -10,8 +10,8 @@ WindowOutline WindowOutline::of(QSize window, const Wish &wish, bool isCompositi
     WindowOutline outline;
     if (isCompositing && wish.shadow > 0) {
         const int margin = std::max(0, wish.shadow - wish.grip);
-        const int radius = wish.radius > 0 ? wish.radius + wish.shadow - margin : 0;
-        outline.input = roundedRegion(whole.adjusted(margin, margin, -margin, -margin), radius);
+        // Square: a hand takes hold of a corner where it would be if it were not round.
+        outline.input = whole.adjusted(margin, margin, -margin, -margin);
         outline.shadow = wish.shadow;
     } else if (!isCompositing && wish.radius > 0) {
         outline.mask = roundedRegion(whole, wish.radius);

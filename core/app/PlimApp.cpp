@@ -5,6 +5,7 @@
 #include "mainwindow/SelectionManager.h"
 #include "shell/Bundle.h"
 #include "shell/FontRegistration.h"
+#include "sticky/StickyNoteFactory.h"
 #include "sticky/StickyNoteManager.h"
 #include "sticky/WindowHolder.h"
 
@@ -16,6 +17,7 @@
 #include <QWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <chrono>
 #include <cstdlib>
 
 Q_IMPORT_QML_PLUGIN(Plim_EditorPlugin)
@@ -24,9 +26,12 @@ Q_IMPORT_QML_PLUGIN(Plim_ShellPlugin)
 Q_IMPORT_QML_PLUGIN(Plim_StickyPlugin)
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
+constexpr auto longestWaitForFrame = 1s;
+
 NoteStore *liveStore = nullptr;
 
 // A lost display ends the process from inside the windowing library, without an event loop; what
@@ -80,16 +85,40 @@ void PlimApp::show()
     m_engine.setInitialProperties({{u"content"_s, QVariant::fromValue(&m_content)}});
     m_engine.load(QUrl(u"qrc:/qt/qml/Plim/MainWindow/ContentView.qml"_s));
     auto *window = m_engine.rootObjects().isEmpty() ? nullptr
-                                                    : qobject_cast<QWindow *>(m_engine.rootObjects().constFirst());
+                                                    : qobject_cast<QQuickWindow *>(m_engine.rootObjects().constFirst());
     if (!window)
         qFatal("the main window could not be made");
+    auto &stickyNotes = StickyNoteManager::shared();
+    stickyNotes.setFactory(stickyNoteFactory(m_engine, m_store, stickyNotes));
+    appearOnceDrawn(*window);
     window->setVisible(true); // show() would undo that it was maximised
-    appear();
+}
+
+// Nothing else is begun before its user sees the list. A window that comes up minimised, or on
+// another desktop, may never be drawn.
+void PlimApp::appearOnceDrawn(QQuickWindow &window)
+{
+    m_appearAtLast.setSingleShot(true);
+    m_appearAtLast.setInterval(longestWaitForFrame);
+    connect(&m_appearAtLast, &QTimer::timeout, this, &PlimApp::appear);
+    connect(&window, &QQuickWindow::frameSwapped, &m_appearAtLast,
+            [this] {
+                if (m_appearAtLast.isActive())
+                    m_appearAtLast.start(0);
+            },
+            Qt::SingleShotConnection);
+    m_appearAtLast.start();
 }
 
 // The main window's content is there for the first time.
 void PlimApp::appear()
 {
+    // Not every desktop keeps the window that has the keyboard in front of new ones that have not.
+    connect(&StickyNoteManager::shared(), &StickyNoteManager::restored, this, [] {
+        QWindow *window = WindowHolder::shared().window;
+        if (window && window->isActive())
+            window->raise();
+    }, Qt::SingleShotConnection);
     StickyNoteManager::shared().restore(m_store);
     selectPending(WindowHolder::shared(), SelectionManager::shared(), m_store);
 }

@@ -8,6 +8,8 @@
 
 #include <QObject>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QTimer>
 
 /// The application: what lives as long as the process, in the order in which it is made.
 class PlimApp : public QObject
@@ -22,6 +24,7 @@ public:
     void show();
 
 private:
+    void appearOnceDrawn(QQuickWindow &window);
     void appear();
 
     NoteStore m_store; ///< loads the notes at once, before there is any window
@@ -30,4 +33,5 @@ private:
     QuitSignals m_quitSignals;
     ContentController m_content;
     QQmlApplicationEngine m_engine;
+    QTimer m_appearAtLast;
 };

@@ -80,8 +80,8 @@ private Q_SLOTS:
     void itHasSlippedDown()
     {
         const QImage image = painted({352, 392});
-        QVERIFY(image.pixelColor(176, 392 - reach + 8).alpha()
-                > image.pixelColor(176, reach - 9).alpha() + 10);
+        QVERIFY(image.pixelColor(176, 392 - reach + 8).alpha() >
+                image.pixelColor(176, reach - 9).alpha() + 10);
     }
 
     // The corners are drawn once and the edges between them stretched.

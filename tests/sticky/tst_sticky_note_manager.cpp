@@ -340,7 +340,9 @@ private Q_SLOTS:
         f.open(0, somewhere);
         f.open(1, elsewhere);
         f.restart();
-        QTRY_VERIFY(f.isOut(0) && f.isOut(1));
+        QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        QVERIFY(restored.wait());
+        QVERIFY(f.isOut(0) && f.isOut(1));
         for (const int i : {0, 1}) {
             QCOMPARE(f.window(i).timesInFront, 0);
             QCOMPARE(f.window(i).timesShown, 1);

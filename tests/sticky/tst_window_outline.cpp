@@ -21,12 +21,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("grip");
         QTest::addColumn<QRegion>("input");
         QTest::newRow("square card") << 0 << 24 << 0 << QRegion(24, 24, 152, 72);
-        QTest::newRow("square card with grips") << 0 << 24 << 4 << QRegion(20, 20, 160, 80);
-        QTest::newRow("round card") << 16 << 24 << 0 << roundedRegion({24, 24, 152, 72}, 16);
-        QTest::newRow("round card with grips")
-            << 16 << 24 << 4 << roundedRegion({20, 20, 160, 80}, 20);
-        QTest::newRow("grips that reach the edge")
-            << 16 << 3 << 4 << roundedRegion({0, 0, 200, 120}, 19);
+        QTest::newRow("round card") << 16 << 24 << 0 << QRegion(24, 24, 152, 72);
+        QTest::newRow("round card with grips") << 16 << 24 << 4 << QRegion(20, 20, 160, 80);
+        QTest::newRow("grips that reach the edge") << 16 << 3 << 4 << QRegion(0, 0, 200, 120);
         QTest::newRow("no shadow, the whole window") << 16 << 0 << 4 << QRegion();
         QTest::newRow("nothing left, the whole window") << 16 << 70 << 0 << QRegion();
     }
