@@ -194,7 +194,13 @@ Window {
         onSizeChange: size => root.content.setEditedTextSize(size)
         onClosed: editorView.showColorPicker = false
     }
-    HelpTipWindow {}
+    HelpTipWindow {
+        id: helpTip
+    }
+    WindowShape {
+        window: helpTip
+        radius: Theme.toolRadius
+    }
     Loader {
         active: DragOverlayManager.isWanted
         source: "DragOverlay.qml"

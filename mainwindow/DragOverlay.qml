@@ -1,5 +1,7 @@
 import QtQuick
 import Plim.MainWindow
+import Plim.Shell
+import Plim.Sticky
 
 // The panel of the floating card: above all windows, and no pointer meets it.
 Window {
@@ -14,10 +16,18 @@ Window {
     height: Math.ceil(card.implicitHeight)
     visible: DragOverlayManager.isShown
 
+    WindowShape {
+        id: shape
+
+        window: root
+        radius: Theme.cardRadius
+        wantedShadow: Theme.cardShadowReach
+    }
     DragPreviewCard {
         id: card
 
         anchors.fill: parent
+        reach: shape.shadow
         title: DragOverlayManager.title
         noteColor: DragOverlayManager.color
         cardWidth: DragOverlayManager.width

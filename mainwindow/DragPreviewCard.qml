@@ -10,7 +10,7 @@ Item {
     required property string title
     required property color noteColor
     required property real cardWidth ///< of the dragged row
-    readonly property int reach: Theme.cardShadowReach
+    required property int reach ///< of the shadow, points
 
     implicitWidth: root.cardWidth + 2 * root.reach
     implicitHeight: card.height + 2 * root.reach
