@@ -66,6 +66,8 @@ PlimApp::PlimApp()
     writeTrace(u"plim_init2.log"_s, u"after register"_s);
 
     EditorProfile::shared().setImagesDirectory(m_store.imagesDirectory());
+    auto &stickyNotes = StickyNoteManager::shared();
+    stickyNotes.setFactory(stickyNoteFactory(m_engine, m_store, stickyNotes));
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) {
         m_appDelegate.applicationShouldTerminate();
         if (m_store.hasPendingSave()) // each write costs the oldest backup
@@ -88,8 +90,6 @@ void PlimApp::show()
                                                     : qobject_cast<QQuickWindow *>(m_engine.rootObjects().constFirst());
     if (!window)
         qFatal("the main window could not be made");
-    auto &stickyNotes = StickyNoteManager::shared();
-    stickyNotes.setFactory(stickyNoteFactory(m_engine, m_store, stickyNotes));
     appearOnceDrawn(*window);
     window->setVisible(true); // show() would undo that it was maximised
 }

@@ -1,3 +1,4 @@
+#include "core/app/Platform.h"
 #include "core/app/PlimApp.h"
 
 #include "core/NotesJson.h"
@@ -170,5 +171,11 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPlimApp)
+int main(int argc, char **argv)
+{
+    preparePlatform(); // the main window starts the web engine once it has been drawn
+    const QGuiApplication application(argc, argv);
+    TestPlimApp test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_plim_app.moc"

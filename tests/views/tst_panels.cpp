@@ -22,7 +22,7 @@ const QByteArray panel = R"(
 )";
 
 const QByteArray card = R"(
-    DragPreviewCard { objectName: "card"; title: "Milk"; noteColor: Theme.hit; cardWidth: 340 }
+    DragPreviewCard { objectName: "card"; title: "Milk"; noteColor: Theme.hit; cardWidth: 340; reach: Theme.cardShadowReach }
 )";
 
 /// The bar needs an offer to be made at all, so it is loaded once there is one to give it.
