@@ -109,7 +109,7 @@ class Plim:
         return f"{home}/.local/share/Plim/notes.json"
 
     def wait_for_main_window(self):
-        """Number of the main window."""
+        """Number of the main window. Any window may have its title, but it is shown first."""
         return wait_until(
             lambda: next((w for w, title in windows_of(self.process) if title == MAIN_TITLE), None),
             lambda: f"Plim shows no main window\n{self.process.log()}",
@@ -128,7 +128,8 @@ class Plim:
         )
 
     def sticky_windows(self):
-        return [window for window, title in windows_of(self.process) if title != MAIN_TITLE]
+        main = self.wait_for_main_window()
+        return [window for window, _ in windows_of(self.process) if window != main]
 
     def check_typing(self):
         """That a key goes into each sticky's note, all the way to the disk."""
