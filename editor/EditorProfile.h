@@ -9,7 +9,8 @@
 class QJSEngine;
 class QQmlEngine;
 
-/// What all editors share: the web engine profile with its request filter, and the page's base URL.
+/// What all editors share: the web engine profile with its request filter and the page's scripts,
+/// and the page's base URL.
 /// The web engine starts when the profile is first asked for, not before.
 class EditorProfile : public QObject
 {
@@ -18,7 +19,6 @@ class EditorProfile : public QObject
     QML_SINGLETON
     Q_PROPERTY(QObject *profile READ profile CONSTANT)
     Q_PROPERTY(QUrl baseUrl READ baseUrl CONSTANT)
-    Q_PROPERTY(QString channelScript READ channelScript CONSTANT)
 
 public:
     [[nodiscard]] static EditorProfile &shared();
@@ -30,7 +30,6 @@ public:
 
     [[nodiscard]] QQuickWebEngineProfile *profile();
     [[nodiscard]] QUrl baseUrl() const;
-    [[nodiscard]] QString channelScript() const;
 
 private:
     EditorProfile() = default;

@@ -106,14 +106,5 @@ Item {
                 seam.reportLost("load, error " + info.errorCode);
         }
         onRenderProcessTerminated: (status, exitCode) => seam.reportLost("process, status " + status)
-
-        Component.onCompleted: {
-            const script = WebEngine.script();
-            script.name = "channel";
-            script.injectionPoint = WebEngineScript.DocumentCreation;
-            script.worldId = WebEngineScript.MainWorld;
-            script.sourceCode = EditorProfile.channelScript;
-            view.userScripts.insert(script);
-        }
     }
 }

@@ -224,7 +224,11 @@ void ContentController::setEditedTextSize(const QString &rawValue)
 
 void ContentController::prepareEditor()
 {
-    if (!m_isEditorWanted)
+    // The sticky windows have something to show; this one has not before a note is opened.
+    if (m_stickyNotes.isRestoring())
+        connect(&m_stickyNotes, &StickyNoteManager::restored, this,
+                &ContentController::setEditorWanted, Qt::UniqueConnection);
+    else if (!m_isEditorWanted)
         QTimer::singleShot(0, this, &ContentController::setEditorWanted);
 }
 

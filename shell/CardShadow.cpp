@@ -8,6 +8,8 @@
 #include <array>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 constexpr double falloff = 2.2; ///< exponent; at 1 it would fade evenly
@@ -78,7 +80,7 @@ const QImage &corners(const Look &look)
 }
 } // namespace
 
-void CardShadow::paint(QPainter *painter)
+void CardShadow::paint(QPainter *painter) const
 {
     if (m_reach <= 0)
         return;
@@ -104,9 +106,8 @@ void CardShadow::paint(QPainter *painter)
     }
 }
 
-void CardShadow::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+QString CardShadow::look() const
 {
-    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
-    if (newGeometry.size() != oldGeometry.size())
-        update();
+    return u"%1 %2 %3 %4"_s.arg(m_reach).arg(m_radius).arg(m_drop).arg(
+        m_color.name(QColor::HexArgb));
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "shell/SharedPicture.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <qqmlregistration.h>
 
 /// The soft shadow around a card with round corners that lies in the item's middle, `reach` points
 /// from each of its edges. Below the card itself there is none: it may be see-through.
-class CardShadow : public QQuickPaintedItem
+class CardShadow : public SharedPicture
 {
     Q_OBJECT
     QML_ELEMENT
@@ -16,7 +17,7 @@ class CardShadow : public QQuickPaintedItem
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
 
 public:
-    using QQuickPaintedItem::QQuickPaintedItem;
+    using SharedPicture::SharedPicture;
 
     [[nodiscard]] int reach() const { return m_reach; } ///< points
     void setReach(int reach) { set(m_reach, reach); }
@@ -27,13 +28,13 @@ public:
     [[nodiscard]] const QColor &color() const { return m_color; } ///< where it is darkest
     void setColor(const QColor &color) { set(m_color, color); }
 
-    void paint(QPainter *painter) override;
+    void paint(QPainter *painter) const override;
 
 Q_SIGNALS:
     void changed();
 
 protected:
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    [[nodiscard]] QString look() const override;
 
 private:
     template <typename T>
@@ -42,7 +43,7 @@ private:
         if (member == value)
             return;
         member = value;
-        update();
+        redraw();
         Q_EMIT changed();
     }
 

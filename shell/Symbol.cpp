@@ -30,10 +30,9 @@ QByteArray symbolText(const QString &name, const QColor &color, bool isBold)
 }
 } // namespace
 
-Symbol::Symbol(QQuickItem *parent) : QQuickPaintedItem(parent)
+Symbol::Symbol(QQuickItem *parent) : SharedPicture(parent)
 {
     setImplicitSize(defaultSize, defaultSize);
-    setAntialiasing(true);
 }
 
 void Symbol::setName(const QString &name)
@@ -41,7 +40,7 @@ void Symbol::setName(const QString &name)
     if (m_name == name)
         return;
     m_name = name;
-    update();
+    redraw();
     Q_EMIT nameChanged();
 }
 
@@ -50,7 +49,7 @@ void Symbol::setColor(const QColor &color)
     if (m_color == color)
         return;
     m_color = color;
-    update();
+    redraw();
     Q_EMIT colorChanged();
 }
 
@@ -67,7 +66,7 @@ void Symbol::setIsBold(bool isBold)
     if (m_isBold == isBold)
         return;
     m_isBold = isBold;
-    update();
+    redraw();
     Q_EMIT isBoldChanged();
 }
 
@@ -76,11 +75,16 @@ bool Symbol::isKnown(const QString &name)
     return QFile::exists(symbolFile(name));
 }
 
-void Symbol::paint(QPainter *painter)
+void Symbol::paint(QPainter *painter) const
 {
     QSvgRenderer renderer(symbolText(m_name, m_color, m_isBold));
     if (!renderer.isValid())
         return;
     painter->setOpacity(m_color.alphaF());
     renderer.render(painter, QRectF(0, 0, width(), height()));
+}
+
+QString Symbol::look() const
+{
+    return m_name + u' ' + m_color.name(QColor::HexArgb) + (m_isBold ? u" bold"_s : QString());
 }

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "shell/SharedPicture.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QString>
 #include <qqmlregistration.h>
 
 /// An icon by the name of its symbol ("trash", "pin.fill"), in one colour, drawn sharp at every
 /// scale. A name that is unknown draws nothing.
-class Symbol : public QQuickPaintedItem
+class Symbol : public SharedPicture
 {
     Q_OBJECT
     QML_ELEMENT
@@ -30,13 +31,16 @@ public:
 
     [[nodiscard]] static bool isKnown(const QString &name);
 
-    void paint(QPainter *painter) override;
+    void paint(QPainter *painter) const override;
 
 Q_SIGNALS:
     void nameChanged();
     void colorChanged();
     void sizeChanged();
     void isBoldChanged();
+
+protected:
+    [[nodiscard]] QString look() const override;
 
 private:
     QString m_name;

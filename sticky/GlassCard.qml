@@ -2,7 +2,7 @@ import QtQuick
 import Plim.Shell
 import Plim.Sticky
 
-// Tinted glass with a light from above and a thin, light edge.
+// The ground of a sticky card, in its note's colour.
 Item {
     id: root
 
@@ -14,50 +14,15 @@ Item {
         }
     }
 
-    VisualEffectView {
+    GlassView {
         anchors.fill: parent
         material: VisualEffectView.Sheet
         tint: Qt.alpha(root.tint, Theme.glassOpacity)
+        light: Theme.glassLight
+        body: Theme.glassBody
+        shade: Theme.glassShade
+        edge: Theme.glassEdge
         leadingRadius: Theme.stickyRadius
         trailingRadius: Theme.stickyRadius
-    }
-    Rectangle {
-        anchors.fill: parent
-        radius: Theme.stickyRadius
-        gradient: Gradient {
-            GradientStop {
-                position: 0
-                color: Theme.glassLight
-            }
-            GradientStop {
-                position: 0.4
-                color: Theme.glassBody
-            }
-            GradientStop {
-                position: 1
-                color: Theme.glassBody
-            }
-        }
-    }
-    Rectangle {
-        anchors.fill: parent
-        radius: Theme.stickyRadius
-        gradient: Gradient {
-            GradientStop {
-                position: 0.75
-                color: "transparent"
-            }
-            GradientStop {
-                position: 1
-                color: Theme.glassShade
-            }
-        }
-    }
-    Rectangle {
-        anchors.fill: parent
-        radius: Theme.stickyRadius
-        color: "transparent"
-        border.width: Theme.hairlineWidth
-        border.color: Theme.glassEdge
     }
 }

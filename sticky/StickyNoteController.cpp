@@ -26,7 +26,7 @@ constexpr double pagePadding = 10;         ///< px
 StickyNoteController::StickyNoteController(const QUuid &noteID, NoteTextSize initialTextSize,
                                            NoteStore &store, StickyNoteManager &manager)
     : m_noteID(noteID), m_initialTextSize(initialTextSize), m_store(store), m_manager(manager),
-      m_height(int(StickyFrame::expandedHeight))
+      m_height(int(StickyFrame::expandedHeight)), m_canPin(canKeepAbove())
 {
     m_layOut.setSingleShot(true);
     m_layOut.setInterval(layOutDelay);
@@ -82,11 +82,6 @@ QString StickyNoteController::title() const
     const Note *shown = note();
     const QString heading = shown ? shown->headingText() : QString();
     return heading.isEmpty() ? L10n::untitled() : heading;
-}
-
-bool StickyNoteController::canPin()
-{
-    return canKeepAbove();
 }
 
 bool StickyNoteController::isUnfolded() const

@@ -49,8 +49,8 @@ public:
     [[nodiscard]] QString title() const;    ///< plain text, never empty
     [[nodiscard]] bool isPinned() const { return m_isPinned; }
     [[nodiscard]] bool isCollapsed() const { return m_isCollapsed; }
-    /// The window system can keep the window above others.
-    [[nodiscard]] static bool canPin();
+    /// The window system could keep the window above others when it was made.
+    [[nodiscard]] bool canPin() const { return m_canPin; }
     /// Neither collapsed nor as low as if it were: there is something to collapse.
     [[nodiscard]] bool isUnfolded() const;
     /// It is not collapsed, and there is room.
@@ -110,6 +110,7 @@ private:
     EditorController m_controller;
     QTimer m_layOut;
     int m_height;
+    bool m_canPin;
     bool m_isPinned = false;
     bool m_isCollapsed = false;
 };

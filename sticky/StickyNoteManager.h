@@ -65,6 +65,8 @@ public:
     /// Of each window the frame that is saved. One that nobody would see there is shown elsewhere,
     /// and still has that frame until its user moves it.
     [[nodiscard]] QHash<QUuid, StickyFrame> lastFrames() const;
+    /// Windows of the saved layout are still to be opened.
+    [[nodiscard]] bool isRestoring() const { return !m_waiting.isEmpty(); }
     [[nodiscard]] bool isTerminating() const { return m_isTerminating; }
     [[nodiscard]] bool canUndoArrange() const { return !m_beforeArranging.isEmpty(); }
 

@@ -94,7 +94,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: Theme.gap
         y: Math.round(((root.note.showsEditor ? Theme.stickyTop : parent.height) - height) / 2)
-        visible: root.note.hasNote
+        visible: root.note.hasNote && (root.showsControls || opacity > 0)
         note: root.note
         opacity: root.showsControls ? 1 : 0
 

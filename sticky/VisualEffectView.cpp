@@ -5,9 +5,10 @@
 
 #include <QImage>
 #include <QPainter>
-#include <QPainterPath>
 #include <QQuickWindow>
 #include <QRandomGenerator>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -37,9 +38,8 @@ qreal grainOpacity(VisualEffectView::Material material)
 }
 } // namespace
 
-VisualEffectView::VisualEffectView(QQuickItem *parent) : QQuickPaintedItem(parent)
+VisualEffectView::VisualEffectView(QQuickItem *parent) : SharedPicture(parent)
 {
-    setAntialiasing(true);
 }
 
 void VisualEffectView::setMaterial(Material material)
@@ -68,47 +68,41 @@ void VisualEffectView::setTrailingRadius(qreal radius)
     set(m_trailingRadius, radius);
 }
 
-void VisualEffectView::paint(QPainter *painter)
+// The sides may differ, so the shape is two rounded rectangles that overlap in the middle.
+QPainterPath VisualEffectView::shape() const
 {
     const QRectF area = boundingRect();
-    // The sides may differ, so the shape is two rounded rectangles that overlap in the middle.
-    const QRectF left = area.adjusted(0, 0, -m_trailingRadius, 0);
-    const QRectF right = area.adjusted(m_leadingRadius, 0, 0, 0);
-    QPainterPath shape;
-    shape.addRoundedRect(left, m_leadingRadius, m_leadingRadius);
-    QPainterPath other;
-    other.addRoundedRect(right, m_trailingRadius, m_trailingRadius);
-    shape = shape.united(other);
+    QPainterPath left;
+    left.addRoundedRect(area.adjusted(0, 0, -m_trailingRadius, 0), m_leadingRadius, m_leadingRadius);
+    QPainterPath right;
+    right.addRoundedRect(area.adjusted(m_leadingRadius, 0, 0, 0), m_trailingRadius, m_trailingRadius);
+    return left.united(right);
+}
+
+void VisualEffectView::paint(QPainter *painter) const
+{
+    const QPainterPath covered = shape();
+    painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setCompositionMode(QPainter::CompositionMode_Source);
-    painter->fillPath(shape, m_tint);
+    painter->fillPath(covered, m_tint);
     painter->setCompositionMode(QPainter::CompositionMode_SourceAtop);
     painter->setOpacity(grainOpacity(m_material));
-    painter->fillPath(shape, QBrush(grain()));
+    painter->fillPath(covered, QBrush(grain()));
+    painter->restore();
 }
 
 void VisualEffectView::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    QQuickPaintedItem::itemChange(change, data);
+    SharedPicture::itemChange(change, data);
     if (change == ItemSceneChange)
         enter(data.window);
 }
 
-void VisualEffectView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+QString VisualEffectView::look() const
 {
-    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
-    if (newGeometry.size() != oldGeometry.size())
-        update();
-}
-
-template <typename T>
-void VisualEffectView::set(T &member, const T &value)
-{
-    if (member == value)
-        return;
-    member = value;
-    update();
-    Q_EMIT changed();
+    return u"%1 %2 %3 %4"_s.arg(int(m_material)).arg(m_leadingRadius).arg(m_trailingRadius).arg(
+        m_tint.name(QColor::HexArgb));
 }
 
 QRegion VisualEffectView::coveredRegion() const

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "shell/SharedPicture.h"
+
 #include <QColor>
+#include <QPainterPath>
 #include <QPointer>
-#include <QQuickPaintedItem>
+#include <QQuickWindow>
 #include <QRegion>
 #include <qqmlregistration.h>
 
@@ -10,7 +13,7 @@
 
 /// The translucent, slightly grainy ground of a view. It stays translucent whether its window is
 /// the active one or not. There is one such view in a window: what it covers is what is blurred.
-class VisualEffectView : public QQuickPaintedItem
+class VisualEffectView : public SharedPicture
 {
     Q_OBJECT
     QML_ELEMENT
@@ -46,18 +49,27 @@ public:
     /// What it covers of its window, in points.
     [[nodiscard]] QRegion coveredRegion() const;
 
-    void paint(QPainter *painter) override;
+    void paint(QPainter *painter) const override;
 
 Q_SIGNALS:
     void changed();
 
 protected:
+    [[nodiscard]] QString look() const override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    /// All of it, the corners left out.
+    [[nodiscard]] QPainterPath shape() const;
+    template <typename T>
+    void set(T &member, const T &value)
+    {
+        if (member == value)
+            return;
+        member = value;
+        redraw();
+        Q_EMIT changed();
+    }
 
 private:
-    template <typename T>
-    void set(T &member, const T &value);
     void enter(QQuickWindow *window);
     void askForBlur();
     void askForBlurAgain();

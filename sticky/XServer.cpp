@@ -2,6 +2,9 @@
 
 #include <QGuiApplication>
 
+#include <map>
+#include <string>
+
 using namespace Qt::StringLiterals;
 
 xcb_connection_t *XServer::connection()
@@ -32,12 +35,16 @@ xcb_window_t XServer::root()
     return screens.data->root;
 }
 
+// Asked once each: a server that draws for others may take its time with an answer.
 xcb_atom_t XServer::atom(std::string_view name)
 {
+    static std::map<std::string, xcb_atom_t, std::less<>> known;
+    if (const auto found = known.find(name); found != known.end())
+        return found->second;
     const auto answer = reply(xcb_intern_atom_reply(
         connection(), xcb_intern_atom(connection(), 0, uint16_t(name.size()), name.data()),
         nullptr));
-    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
+    return answer ? known.emplace(name, answer->atom).first->second : xcb_atom_t(XCB_ATOM_NONE);
 }
 
 std::vector<uint32_t> XServer::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type)
