@@ -12,11 +12,15 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 constexpr double pagePadding = 50.0;      ///< px, keeps the text clear of the toolbar
+constexpr auto restingTime = 400ms;       ///< until the pages of the sticky windows are there
 constexpr double typicalRowWidth = 340.0; ///< points
 } // namespace
 
@@ -227,7 +231,8 @@ void ContentController::prepareEditor()
     // The sticky windows have something to show; this one has not before a note is opened.
     if (m_stickyNotes.isRestoring())
         connect(&m_stickyNotes, &StickyNoteManager::restored, this,
-                &ContentController::setEditorWanted, Qt::UniqueConnection);
+                [this] { QTimer::singleShot(restingTime, this, &ContentController::setEditorWanted); },
+                Qt::SingleShotConnection);
     else if (!m_isEditorWanted)
         QTimer::singleShot(0, this, &ContentController::setEditorWanted);
 }

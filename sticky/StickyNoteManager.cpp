@@ -10,6 +10,7 @@
 namespace
 {
 constexpr double cascadeStep = 36; ///< to the right of and below the source window
+constexpr int mostTogether = 20; ///< windows that appear in one turn of the event loop
 } // namespace
 
 StickyNoteManager &StickyNoteManager::shared()
@@ -100,21 +101,24 @@ void StickyNoteManager::open(const QUuid &noteID, NoteStore &store, QWindow *sou
 {
     if (!canOpen())
         return;
-    if (const Sticky *sticky = find(noteID))
-        sticky->window->bringToFront();
-    else
-        show(noteID, store, sourceWindow, frame, Keyboard::Taken);
+    Sticky *sticky = find(noteID);
+    if (sticky)
+        sticky->isAwaited = false;
+    StickyWindow *window =
+        sticky ? sticky->window.get() : make(noteID, store, sourceWindow, frame);
+    if (window)
+        window->bringToFront();
 }
 
-void StickyNoteManager::show(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
-                             std::optional<StickyFrame> frame, Keyboard keyboard)
+StickyWindow *StickyNoteManager::make(const QUuid &noteID, NoteStore &store,
+                                      const QWindow *sourceWindow, std::optional<StickyFrame> frame)
 {
     watch(store);
     const Note *note = store.note(noteID);
     auto window = m_factory(noteID, note ? note->textSize : NoteTextSize::medium);
     if (!window) {
         qCWarning(stickyLog) << "Plim: no window for" << noteID.toString(QUuid::WithoutBraces);
-        return;
+        return nullptr;
     }
     // Who asks for a note that is about to come back wants it where it was.
     const auto waiting = std::ranges::find(m_waiting, noteID, &StickyLayoutEntry::noteID);
@@ -123,16 +127,32 @@ void StickyNoteManager::show(const QUuid &noteID, NoteStore &store, QWindow *sou
         m_waiting.erase(waiting);
     }
     connectWindow(noteID, *window);
-    StickyWindow &shown = *window;
+    StickyWindow *made = window.get();
     m_stickies.push_back({.noteID = noteID, .window = std::move(window)});
     place(m_stickies.back(), frame ? *frame : newFrame(sourceWindow),
           StickyWindow::Motion::Immediate);
     announceWindows();
-    if (keyboard == Keyboard::Taken)
-        shown.bringToFront();
-    else
-        shown.appear();
     saveLayout();
+    return made;
+}
+
+// Many windows that come one by one keep the desktop busier than all of them at once, and with it
+// everybody who asks it for something. Too many at once would keep the main window waiting.
+void StickyNoteManager::await(const StickyWindow *made)
+{
+    if (!made)
+        return;
+    m_stickies.back().isAwaited = true;
+    if (std::ranges::count(m_stickies, true, &Sticky::isAwaited) >= mostTogether)
+        appearTogether();
+}
+
+void StickyNoteManager::appearTogether()
+{
+    for (Sticky &sticky : m_stickies) {
+        if (std::exchange(sticky.isAwaited, false))
+            sticky.window->appear();
+    }
 }
 
 void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &store,
@@ -156,15 +176,18 @@ void StickyNoteManager::openNext()
     // Some may have been opened or deleted since they were asked for.
     m_extracting.removeIf(
         [this](const QUuid &noteID) { return find(noteID) || !m_store->note(noteID); });
+    StickyWindow *last = nullptr;
     if (!m_extracting.isEmpty()) {
-        const QUuid noteID = m_extracting.takeFirst();
-        show(noteID, *m_store, m_extractionSource, std::nullopt,
-             m_extracting.isEmpty() ? Keyboard::Taken : Keyboard::Left);
+        last = make(m_extracting.takeFirst(), *m_store, m_extractionSource, std::nullopt);
+        await(last);
     }
     if (!m_extracting.isEmpty()) {
         m_openNext.start();
         return;
     }
+    appearTogether();
+    if (last)
+        last->bringToFront();
     packSoon(m_delays.packAfterOpening, [this] {
         rememberArrangement();
         packWindows(windowOrder());
@@ -186,15 +209,17 @@ void StickyNoteManager::restoreNext()
         const StickyLayoutEntry entry = m_waiting.constFirst();
         const bool isWanted = m_store->note(entry.noteID) && !find(entry.noteID);
         if (isWanted)
-            show(entry.noteID, *m_store, nullptr, entry.frame, Keyboard::Left);
+            await(make(entry.noteID, *m_store, nullptr, entry.frame));
         m_waiting.removeOne(entry);
         if (isWanted)
             break;
     }
-    if (!m_waiting.isEmpty())
+    if (!m_waiting.isEmpty()) {
         m_restoreNext.start();
-    else
-        Q_EMIT restored();
+        return;
+    }
+    appearTogether();
+    Q_EMIT restored();
 }
 
 void StickyNoteManager::prepareForTermination()

@@ -74,11 +74,11 @@ public:
     /// put into the frame, else beside the source window, else in the middle of the screen.
     virtual void open(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
                       std::optional<StickyFrame> frame);
-    /// Opens those of the notes that have no window, in this order and one in each turn of the event
-    /// loop, and packs the windows. The last one gets the keyboard.
+    /// Opens those of the notes that have no window, in this order, and packs the windows. One is made
+    /// in each turn of the event loop, and they appear together; the last one gets the keyboard.
     virtual void openAll(const QList<QUuid> &noteIDs, NoteStore &store, QWindow *sourceWindow);
-    /// Opens the windows of the saved layout, one in each turn of the event loop. None of them takes
-    /// the keyboard: its user may be typing by then.
+    /// Opens the windows of the saved layout in the same way, but none of them takes the keyboard:
+    /// its user may be typing by then.
     void restore(NoteStore &store);
 
     Q_INVOKABLE void collapseAll();
@@ -124,7 +124,8 @@ private:
         StickyFrame wantedFrame{}; ///< was to be shown where it was put last
         QRect shownFrame{};        ///< was put here instead, or for want of fractions
         bool isElsewhere = false;
-        bool isClosed = false; ///< as the application ends
+        bool isClosed = false;  ///< as the application ends
+        bool isAwaited = false; ///< is to be seen once those that come with it are made
     };
     struct Arrangement {
         StickyFrame frame;
@@ -140,9 +141,10 @@ private:
     void followStore(const NotesChange &change);
     void restoreNext();
     void openNext();
-    enum class Keyboard { Taken, Left };
-    void show(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
-              std::optional<StickyFrame> frame, Keyboard keyboard);
+    [[nodiscard]] StickyWindow *make(const QUuid &noteID, NoteStore &store,
+                                     const QWindow *sourceWindow, std::optional<StickyFrame> frame);
+    void await(const StickyWindow *made);
+    void appearTogether();
 
     // Frames
     [[nodiscard]] StickyFrame newFrame(const QWindow *sourceWindow) const;
