@@ -9,7 +9,6 @@
 #include "sticky/StickyNoteManager.h"
 #include "sticky/StickyPacking.h"
 #include "sticky/WindowHolder.h"
-#include "sticky/WindowTraits.h"
 
 #include <chrono>
 #include <utility>
@@ -24,9 +23,10 @@ constexpr double pagePadding = 10;         ///< px
 } // namespace
 
 StickyNoteController::StickyNoteController(const QUuid &noteID, NoteTextSize initialTextSize,
-                                           NoteStore &store, StickyNoteManager &manager)
+                                           NoteStore &store, StickyNoteManager &manager,
+                                           bool canPin)
     : m_noteID(noteID), m_initialTextSize(initialTextSize), m_store(store), m_manager(manager),
-      m_height(int(StickyFrame::expandedHeight))
+      m_height(int(StickyFrame::expandedHeight)), m_canPin(canPin)
 {
     m_layOut.setSingleShot(true);
     m_layOut.setInterval(layOutDelay);
@@ -82,11 +82,6 @@ QString StickyNoteController::title() const
     const Note *shown = note();
     const QString heading = shown ? shown->headingText() : QString();
     return heading.isEmpty() ? L10n::untitled() : heading;
-}
-
-bool StickyNoteController::canPin()
-{
-    return canKeepAbove();
 }
 
 bool StickyNoteController::isUnfolded() const

@@ -3,6 +3,7 @@
 #include "core/NoteStore.h"
 #include "editor/EditorController.h"
 #include "editor/RichTextEditor.h"
+#include "sticky/WindowTraits.h"
 
 #include <QColor>
 #include <QObject>
@@ -37,8 +38,9 @@ public:
     /// The least height, in points, at which there is room for a line of the editor.
     static constexpr int leastEditorHeight = 80;
 
+    /// `canPin`: whether the window system can keep the window above others.
     StickyNoteController(const QUuid &noteID, NoteTextSize initialTextSize, NoteStore &store,
-                         StickyNoteManager &manager);
+                         StickyNoteManager &manager, bool canPin = canKeepAbove());
 
     [[nodiscard]] const QUuid &noteID() const { return m_noteID; }
     [[nodiscard]] bool hasNote() const { return note() != nullptr; }
@@ -49,8 +51,7 @@ public:
     [[nodiscard]] QString title() const;    ///< plain text, never empty
     [[nodiscard]] bool isPinned() const { return m_isPinned; }
     [[nodiscard]] bool isCollapsed() const { return m_isCollapsed; }
-    /// The window system can keep the window above others.
-    [[nodiscard]] static bool canPin();
+    [[nodiscard]] bool canPin() const { return m_canPin; }
     /// Neither collapsed nor as low as if it were: there is something to collapse.
     [[nodiscard]] bool isUnfolded() const;
     /// It is not collapsed, and there is room.
@@ -110,6 +111,7 @@ private:
     EditorController m_controller;
     QTimer m_layOut;
     int m_height;
+    bool m_canPin;
     bool m_isPinned = false;
     bool m_isCollapsed = false;
 };
