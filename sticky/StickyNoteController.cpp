@@ -84,6 +84,14 @@ QString StickyNoteController::title() const
     return heading.isEmpty() ? L10n::untitled() : heading;
 }
 
+void StickyNoteController::setIsActive(bool isActive)
+{
+    if (m_isActive == isActive)
+        return;
+    m_isActive = isActive;
+    Q_EMIT isActiveChanged();
+}
+
 bool StickyNoteController::isUnfolded() const
 {
     return !m_isCollapsed && !StickyPacking::isCollapsed(m_height, std::nullopt);

@@ -27,6 +27,7 @@ class StickyNoteController : public QObject
     Q_PROPERTY(QString color READ color NOTIFY noteChanged)
     Q_PROPERTY(QString textSize READ textSize NOTIFY noteChanged)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool isPinned READ isPinned NOTIFY isPinnedChanged)
     Q_PROPERTY(bool isCollapsed READ isCollapsed NOTIFY isCollapsedChanged)
     Q_PROPERTY(bool isUnfolded READ isUnfolded NOTIFY isUnfoldedChanged)
@@ -49,6 +50,9 @@ public:
     [[nodiscard]] QString color() const;    ///< as the note stores it
     [[nodiscard]] QString textSize() const; ///< a NoteTextSize's raw value
     [[nodiscard]] QString title() const;    ///< plain text, never empty
+    /// Its window, or one that belongs to it, has the keyboard.
+    [[nodiscard]] bool isActive() const { return m_isActive; }
+    void setIsActive(bool isActive);
     [[nodiscard]] bool isPinned() const { return m_isPinned; }
     [[nodiscard]] bool isCollapsed() const { return m_isCollapsed; }
     [[nodiscard]] bool canPin() const { return m_canPin; }
@@ -84,6 +88,7 @@ public:
 Q_SIGNALS:
     void noteChanged();
     void titleChanged();
+    void isActiveChanged();
     void isPinnedChanged();
     void isCollapsedChanged();
     void isUnfoldedChanged();
@@ -112,6 +117,7 @@ private:
     QTimer m_layOut;
     int m_height;
     bool m_canPin;
+    bool m_isActive = false;
     bool m_isPinned = false;
     bool m_isCollapsed = false;
 };
