@@ -153,11 +153,18 @@ QVariant StickyNotes::js(const QString &script, int index) const
         bool isThere = false;
     };
     const auto answer = std::make_shared<Answer>();
-    coordinatorOf(window(index))->webView()->evaluate(script, [answer](const QVariant &result) {
-        answer->value = result;
+    // A page that goes away takes the question along; then there is nothing to wait for.
+    std::shared_ptr<void> asked(nullptr, [answer](void *) {
         answer->isThere = true;
         answer->loop.quit();
     });
+    coordinatorOf(window(index))
+        ->webView()
+        ->evaluate(script, [answer, asked = std::move(asked)](const QVariant &result) {
+            answer->value = result;
+            answer->isThere = true;
+            answer->loop.quit();
+        });
     QTimer::singleShot(10s, &answer->loop, &QEventLoop::quit);
     if (!answer->isThere)
         answer->loop.exec();

@@ -332,8 +332,8 @@ private Q_SLOTS:
         QQuickItem *pin = itemIn(s.shown.get(), u"sticky.pin"_s);
         QVERIFY(!pin->isEnabled());
         QVERIFY(pin->opacity() < 1);
-        QVERIFY(isDrawn(pin));
         hover(pin);
+        QTRY_VERIFY(isDrawn(pin));
         QTRY_VERIFY(HelpTip::shared().isShown());
         QCOMPARE(HelpTip::shared().text(), u"This desktop does not let windows be pinned"_s);
         LanguageManager::shared().setLanguage(AppLanguage::pl);
