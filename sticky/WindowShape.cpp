@@ -105,7 +105,9 @@ void WindowShape::apply()
         return;
     m_applied = wanted;
     const WindowOutline &outline = wanted.first;
-    m_window->setMask(outline.mask);
+    if (!m_window->mask().isEmpty() ||
+        !outline.mask.isEmpty()) // not every platform has such a thing
+        m_window->setMask(outline.mask);
     setInputRegion(*m_window, outline.input);
     setFrameExtents(*m_window, {outline.shadow, outline.shadow, outline.shadow, outline.shadow});
 }
