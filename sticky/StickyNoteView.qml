@@ -53,6 +53,8 @@ FocusScope {
     }
     Text {
         objectName: "stickyTitle"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         anchors.left: parent.left
         anchors.leftMargin: Theme.stickyPadding
         anchors.right: root.showsControls ? controls.left : parent.right
