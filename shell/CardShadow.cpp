@@ -53,12 +53,13 @@ QImage drawCorners(const Look &look)
         QRectF(0, 0, side, side).adjusted(look.reach, look.reach, -look.reach, -look.reach);
     const QRectF dropped = card.translated(0, look.drop);
     const double strength = qAlpha(look.color) / 255.0;
-    // A shadow that has slipped down would be cut off below if it reached as far as elsewhere.
-    const double reach = look.reach - look.drop;
     for (int row = 0; row < pixels; ++row) {
         for (int column = 0; column < pixels; ++column) {
             const QPointF at((column + 0.5) / look.scale, (row + 0.5) / look.scale);
-            const double outside = std::clamp(distance(at, dropped, look.radius) / reach, 0.0, 1.0);
+            // It fades from within, so that what has slipped down shows no band of one grey, and
+            // ends where the item does.
+            const double outside =
+                std::clamp((distance(at, dropped, look.radius) + look.drop) / look.reach, 0.0, 1.0);
             const double uncovered =
                 std::clamp(distance(at, card, look.radius) * look.scale + 0.5, 0.0, 1.0);
             const double alpha = strength * std::pow(1 - outside, falloff) * uncovered;

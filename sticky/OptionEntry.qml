@@ -16,6 +16,7 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: root.text
+    Accessible.onPressAction: root.clicked()
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 

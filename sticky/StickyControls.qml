@@ -52,7 +52,7 @@ Row {
         function onClosed() {
             root.showColorPicker = false;
         }
-        function onArranging() {
+        function onArranged() {
             color.forceActiveFocus(Qt.OtherFocusReason);
         }
     }

@@ -9,7 +9,6 @@
 #include "sticky/StickyNoteManager.h"
 #include "sticky/StickyPacking.h"
 #include "sticky/WindowHolder.h"
-#include "sticky/WindowTraits.h"
 
 #include <chrono>
 #include <utility>
@@ -24,9 +23,10 @@ constexpr double pagePadding = 10;         ///< px
 } // namespace
 
 StickyNoteController::StickyNoteController(const QUuid &noteID, NoteTextSize initialTextSize,
-                                           NoteStore &store, StickyNoteManager &manager)
+                                           NoteStore &store, StickyNoteManager &manager,
+                                           bool canPin)
     : m_noteID(noteID), m_initialTextSize(initialTextSize), m_store(store), m_manager(manager),
-      m_height(int(StickyFrame::expandedHeight)), m_canPin(canKeepAbove())
+      m_height(int(StickyFrame::expandedHeight)), m_canPin(canPin)
 {
     m_layOut.setSingleShot(true);
     m_layOut.setInterval(layOutDelay);
@@ -82,6 +82,14 @@ QString StickyNoteController::title() const
     const Note *shown = note();
     const QString heading = shown ? shown->headingText() : QString();
     return heading.isEmpty() ? L10n::untitled() : heading;
+}
+
+void StickyNoteController::setIsActive(bool isActive)
+{
+    if (m_isActive == isActive)
+        return;
+    m_isActive = isActive;
+    Q_EMIT isActiveChanged();
 }
 
 bool StickyNoteController::isUnfolded() const

@@ -3,6 +3,7 @@
 #include "core/NoteStore.h"
 #include "editor/EditorController.h"
 #include "editor/RichTextEditor.h"
+#include "sticky/WindowTraits.h"
 
 #include <QColor>
 #include <QObject>
@@ -26,6 +27,7 @@ class StickyNoteController : public QObject
     Q_PROPERTY(QString color READ color NOTIFY noteChanged)
     Q_PROPERTY(QString textSize READ textSize NOTIFY noteChanged)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool isPinned READ isPinned NOTIFY isPinnedChanged)
     Q_PROPERTY(bool isCollapsed READ isCollapsed NOTIFY isCollapsedChanged)
     Q_PROPERTY(bool isUnfolded READ isUnfolded NOTIFY isUnfoldedChanged)
@@ -37,8 +39,9 @@ public:
     /// The least height, in points, at which there is room for a line of the editor.
     static constexpr int leastEditorHeight = 80;
 
+    /// `canPin`: whether the window system can keep the window above others.
     StickyNoteController(const QUuid &noteID, NoteTextSize initialTextSize, NoteStore &store,
-                         StickyNoteManager &manager);
+                         StickyNoteManager &manager, bool canPin = canKeepAbove());
 
     [[nodiscard]] const QUuid &noteID() const { return m_noteID; }
     [[nodiscard]] bool hasNote() const { return note() != nullptr; }
@@ -47,9 +50,11 @@ public:
     [[nodiscard]] QString color() const;    ///< as the note stores it
     [[nodiscard]] QString textSize() const; ///< a NoteTextSize's raw value
     [[nodiscard]] QString title() const;    ///< plain text, never empty
+    /// Its window, or one that belongs to it, has the keyboard.
+    [[nodiscard]] bool isActive() const { return m_isActive; }
+    void setIsActive(bool isActive);
     [[nodiscard]] bool isPinned() const { return m_isPinned; }
     [[nodiscard]] bool isCollapsed() const { return m_isCollapsed; }
-    /// The window system could keep the window above others when it was made.
     [[nodiscard]] bool canPin() const { return m_canPin; }
     /// Neither collapsed nor as low as if it were: there is something to collapse.
     [[nodiscard]] bool isUnfolded() const;
@@ -83,6 +88,7 @@ public:
 Q_SIGNALS:
     void noteChanged();
     void titleChanged();
+    void isActiveChanged();
     void isPinnedChanged();
     void isCollapsedChanged();
     void isUnfoldedChanged();
@@ -111,6 +117,7 @@ private:
     QTimer m_layOut;
     int m_height;
     bool m_canPin;
+    bool m_isActive = false;
     bool m_isPinned = false;
     bool m_isCollapsed = false;
 };

@@ -6,6 +6,7 @@
 #include "sticky/WindowTraits.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QQmlProperty>
 #include <QTimer>
 
@@ -82,6 +83,9 @@ StickyNoteHost::StickyNoteHost(std::unique_ptr<StickyNoteController> controller,
     QQmlProperty(m_window.get(), QStringLiteral("shadow"))
         .connectNotifySignal(this, SLOT(followShadow()));
     m_window->installEventFilter(this);
+    // The window itself does not tell when the keyboard goes from its popover to somebody else.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            [this] { m_controller->setIsActive(m_window->isActive()); });
 }
 
 StickyNoteHost::~StickyNoteHost()

@@ -12,7 +12,7 @@ FocusScope {
 
     required property StickyNoteController note
     readonly property bool hasEditorKeyboard: editor.activeFocus
-    readonly property bool showsControls: hover.hovered || root.Window.active || controls.showColorPicker
+    readonly property bool showsControls: hover.hovered || root.note.isActive || controls.showColorPicker
 
     // What had the keyboard may have gone with the form.
     function keepKeyboard(): void {
@@ -53,6 +53,8 @@ FocusScope {
     }
     Text {
         objectName: "stickyTitle"
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
         anchors.left: parent.left
         anchors.leftMargin: Theme.stickyPadding
         anchors.right: root.showsControls ? controls.left : parent.right

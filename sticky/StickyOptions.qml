@@ -10,14 +10,13 @@ NoteOptionsPopover {
 
     required property StickyNoteController note
 
-    // Windows are about to move, this one's too: it would be left behind.
-    signal arranging()
+    // The windows have been arranged, this one's too.
+    signal arranged()
 
-    component Arrangement: T.Action {
-        onTriggered: {
-            root.arranging();
-            root.dismiss();
-        }
+    // What had the keyboard may have come or gone with the form of the note.
+    function finish(): void {
+        root.dismiss();
+        root.arranged();
     }
 
     objectName: "stickyOptions"
@@ -29,17 +28,29 @@ NoteOptionsPopover {
     newSticky: T.Action {
         onTriggered: root.note.newSticky(root.anchor.Window.window)
     }
-    sortRandom: Arrangement {
-        onTriggered: StickyNoteManager.sortRandomly()
+    sortRandom: T.Action {
+        onTriggered: {
+            StickyNoteManager.sortRandomly();
+            root.finish();
+        }
     }
-    sortByColor: Arrangement {
-        onTriggered: root.note.sortByColor()
+    sortByColor: T.Action {
+        onTriggered: {
+            root.note.sortByColor();
+            root.finish();
+        }
     }
-    collapseAll: Arrangement {
-        onTriggered: StickyNoteManager.collapseAll()
+    collapseAll: T.Action {
+        onTriggered: {
+            StickyNoteManager.collapseAll();
+            root.finish();
+        }
     }
-    expandAll: Arrangement {
-        onTriggered: StickyNoteManager.expandAll()
+    expandAll: T.Action {
+        onTriggered: {
+            StickyNoteManager.expandAll();
+            root.finish();
+        }
     }
     onUpdate: color => root.note.setColor(color)
     onSizeChange: size => root.note.setTextSize(size)

@@ -84,6 +84,14 @@ private Q_SLOTS:
                 image.pixelColor(176, reach - 9).alpha() + 10);
     }
 
+    void nowhereIsItOfOneGrey()
+    {
+        const QImage image = painted({352, 392});
+        for (int y = 392 - reach + 1; y < 392 - reach + 12; ++y)
+            QVERIFY2(image.pixelColor(176, y).alpha() < image.pixelColor(176, y - 1).alpha(),
+                     qPrintable(QString::number(y)));
+    }
+
     // The corners are drawn once and the edges between them stretched.
     void theEdgesShowNoSeams()
     {

@@ -1,8 +1,8 @@
 #include "shell/L10n.h"
 #include "shell/NoteChoices.h"
 #include "tests/views/MainWindow.h"
+#include "tests/views/Reachable.h"
 
-#include <QAccessible>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QRegularExpression>
@@ -12,59 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-bool isControl(QAccessible::Role role)
-{
-    switch (role) {
-    case QAccessible::Button:
-    case QAccessible::CheckBox:
-    case QAccessible::RadioButton:
-    case QAccessible::EditableText:
-    case QAccessible::ListItem:
-    case QAccessible::PageTab:
-    case QAccessible::Dialog:
-    case QAccessible::List:
-    case QAccessible::ToolBar:
-    case QAccessible::PageTabList:
-        return true;
-    default:
-        return false;
-    }
-}
-
-void visit(QAccessibleInterface *node, const std::function<void(QAccessibleInterface *)> &look)
-{
-    if (!node || !node->isValid())
-        return;
-    look(node);
-    for (int i = 0; i < node->childCount(); ++i)
-        visit(node->child(i), look);
-}
-
-/// Everything that can be reached in the window and is not hidden.
-QList<QAccessibleInterface *> shownIn(QQuickWindow *window)
-{
-    QList<QAccessibleInterface *> shown;
-    visit(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface *node) {
-        const auto *item = qobject_cast<QQuickItem *>(node->object());
-        if (item && isDrawn(item) && !node->state().invisible)
-            shown << node;
-    });
-    return shown;
-}
-
-QString nameOf(QAccessibleInterface *node)
-{
-    return node->text(QAccessible::Name);
-}
-
-QAccessibleInterface *interfaceOf(QQuickItem *item)
-{
-    QAccessibleInterface *found = QAccessible::queryAccessibleInterface(item);
-    if (!found)
-        qFatal("%s cannot be reached", qPrintable(item->objectName()));
-    return found;
-}
-
 struct Spoken : MainWindow {
     explicit Spoken(AppLanguage language = AppLanguage::en)
         : MainWindow(u"Milk Bread Butter old"_s, QSize(1100, 700), language)
@@ -73,27 +20,6 @@ struct Spoken : MainWindow {
     }
     using MainWindow::window;
 
-    /// What has no name but should have one.
-    [[nodiscard]] static QStringList nameless(QQuickWindow *window)
-    {
-        QStringList nameless;
-        for (QAccessibleInterface *node : shownIn(window)) {
-            if (isControl(node->role()) && nameOf(node).trimmed().isEmpty())
-                nameless << node->object()->objectName() +
-                                QLatin1StringView(node->object()->metaObject()->className());
-        }
-        return nameless;
-    }
-    /// Names of all controls of the role, in order.
-    [[nodiscard]] static QStringList names(QQuickWindow *window, QAccessible::Role role)
-    {
-        QStringList names;
-        for (QAccessibleInterface *node : shownIn(window)) {
-            if (node->role() == role)
-                names << nameOf(node);
-        }
-        return names;
-    }
     [[nodiscard]] QAccessible::State state(const QString &heading) const
     {
         return interfaceOf(row(heading))->state();
@@ -188,7 +114,7 @@ private Q_SLOTS:
         };
         if (!wanted.isEmpty())
             QTRY_VERIFY2(isThere(), qPrintable(wanted));
-        QCOMPARE(Spoken::nameless(window), QStringList());
+        QCOMPARE(namelessIn(window), QStringList());
     }
 
     void namesAndStatesAreThereWhenAssistanceComesLate()
@@ -197,16 +123,16 @@ private Q_SLOTS:
         Spoken w;
         w.content.selectNote(w.id(u"Bread"_s));
         QAccessible::setActive(true);
-        QCOMPARE(Spoken::nameless(w.window()), QStringList());
+        QCOMPARE(namelessIn(w.window()), QStringList());
         QVERIFY(interfaceOf(w.item(u"language.en"_s))->state().checked);
         QVERIFY(interfaceOf(w.item(u"notesTab"_s))->state().selected);
-        QCOMPARE(Spoken::names(w.window(), QAccessible::PageTab).size(), 2);
+        QCOMPARE(namesIn(w.window(), QAccessible::PageTab).size(), 2);
     }
 
     void aRowReadsItsNote()
     {
         Spoken w;
-        const QStringList names = Spoken::names(w.window(), QAccessible::ListItem);
+        const QStringList names = namesIn(w.window(), QAccessible::ListItem);
         QCOMPARE(names.size(), 3);
         const QString time = w.row(u"Milk"_s)->property("timestampText").toString();
         QVERIFY(!time.isEmpty());
@@ -272,7 +198,7 @@ private Q_SLOTS:
     {
         Spoken w;
         QTest::mouseClick(w.window(), Qt::LeftButton, {}, QPoint(5, 5)); // no user of the keyboard
-        const QStringList buttons = Spoken::names(w.window(), QAccessible::Button);
+        const QStringList buttons = namesIn(w.window(), QAccessible::Button);
         QVERIFY(!buttons.contains(u"Archive note"_s));
         QVERIFY(buttons.contains(u"New note (Cmd+N)"_s));
     }
@@ -280,7 +206,7 @@ private Q_SLOTS:
     void theShownTabIsSelected()
     {
         Spoken w;
-        QCOMPARE(Spoken::names(w.window(), QAccessible::PageTab),
+        QCOMPARE(namesIn(w.window(), QAccessible::PageTab),
                  (QStringList{u"NOTES"_s, u"ARCHIVE"_s}));
         QVERIFY(interfaceOf(w.item(u"notesTab"_s))->state().selected);
         QVERIFY(!interfaceOf(w.item(u"archiveTab"_s))->state().selected);
@@ -292,7 +218,7 @@ private Q_SLOTS:
     void theCurrentLanguageIsChecked()
     {
         Spoken w;
-        QCOMPARE(Spoken::names(w.window(), QAccessible::RadioButton),
+        QCOMPARE(namesIn(w.window(), QAccessible::RadioButton),
                  (QStringList{u"English"_s, u"Polski"_s}));
         QVERIFY(interfaceOf(w.item(u"language.en"_s))->state().checked);
         QVERIFY(!interfaceOf(w.item(u"language.pl"_s))->state().checked);
@@ -304,7 +230,7 @@ private Q_SLOTS:
     {
         Spoken w;
         w.content.selectNote(w.id(u"Bread"_s));
-        QCOMPARE(Spoken::names(w.window(), QAccessible::CheckBox).size(), 13);
+        QCOMPARE(namesIn(w.window(), QAccessible::CheckBox).size(), 13);
         QVERIFY(!interfaceOf(w.item(u"tool.bold"_s))->state().checked);
         click(w.item(u"tool.bold"_s));
         QVERIFY(!interfaceOf(w.item(u"tool.bold"_s))->state().checked); // the page has not said so
@@ -323,7 +249,7 @@ private Q_SLOTS:
                     bool(interfaceOf(itemIn(w.popover(), u"swatch."_s + other))->state().checked),
                     other == name);
         }
-        const QStringList colours = Spoken::names(w.popover(), QAccessible::RadioButton).mid(0, 7);
+        const QStringList colours = namesIn(w.popover(), QAccessible::RadioButton).mid(0, 7);
         QCOMPARE(colours.join(u' '), u"red orange yellow green blue purple brown"_s);
         for (const QString &size : NoteChoices::textSizes()) {
             w.content.setEditedTextSize(size);
@@ -336,7 +262,7 @@ private Q_SLOTS:
         Spoken w;
         QMetaObject::invokeMethod(w.object(u"deleteNoteDialog"_s), "ask",
                                   Q_ARG(QString, w.id(u"Milk"_s).toString()));
-        QTRY_COMPARE(Spoken::names(w.window(), QAccessible::Dialog),
+        QTRY_COMPARE(namesIn(w.window(), QAccessible::Dialog),
                      QStringList{u"Delete note permanently?"_s});
     }
 
@@ -344,7 +270,7 @@ private Q_SLOTS:
     {
         Spoken w;
         w.content.deleteNote(w.id(u"Milk"_s));
-        QTRY_COMPARE(Spoken::names(w.window(), QAccessible::AlertMessage),
+        QTRY_COMPARE(namesIn(w.window(), QAccessible::AlertMessage),
                      QStringList{u"Note deleted"_s});
     }
 };

@@ -4,6 +4,7 @@
 
 #include <QDirIterator>
 #include <QQmlComponent>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -41,6 +42,25 @@ double contrast(const QColor &ink, const QColor &ground)
 {
     const auto [dark, light] = std::minmax({luminance(over(ink, ground)), luminance(ground)});
     return (light + 0.05) / (dark + 0.05);
+}
+
+QImage flat(QSize size, const QString &color)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(QColor(color));
+    return image;
+}
+
+/// Every colour beside every other, as in the leaves of a tree against the sun.
+QImage photograph(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    QRandomGenerator random(1);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, random.generate() | 0xff000000);
+    }
+    return image;
 }
 
 QColor faded(QColor color, double opacity)
@@ -124,6 +144,9 @@ private Q_SLOTS:
         const double ratio = contrast(ink, ground);
         QVERIFY2(ratio >= least, qPrintable(u"%1 : 1, wanted %2"_s.arg(ratio).arg(least)));
     }
+
+    void whatIsWrittenOnGlassIsReadableWhateverIsBehind_data();
+    void whatIsWrittenOnGlassIsReadableWhateverIsBehind();
 
     void contrastIsMeasuredAsItShouldBe()
     {
@@ -233,6 +256,66 @@ void TestTheme::everyTextIsReadableOnItsGround_data()
         add("lit tool " + on, faded(tool, number("litToolOpacity")),
             {over(color("litFill"), paper)}, controlContrast);
         add("focus ring of a tool " + on, color("toolRing"), {paper}, controlContrast);
+    }
+}
+
+void TestTheme::whatIsWrittenOnGlassIsReadableWhateverIsBehind_data()
+{
+    QTest::addColumn<QString>("note");
+    QTest::addColumn<QString>("behind");
+    for (const QString &note : NoteChoices::colors()) {
+        for (const QString &behind : {u"white"_s, u"black"_s, u"photograph"_s})
+            QTest::addRow("%s on %s", qPrintable(note), qPrintable(behind)) << note << behind;
+    }
+}
+
+// As it is drawn: the glass is of several layers, with grain in it.
+void TestTheme::whatIsWrittenOnGlassIsReadableWhateverIsBehind()
+{
+    QFETCH(QString, note);
+    QFETCH(QString, behind);
+    Stage stage(R"(
+        property alias tint: card.tint
+        property alias behind: photograph.source
+        Image { id: photograph; anchors.fill: parent }
+        GlassCard { id: card; anchors.fill: parent; tint: "transparent" }
+    )",
+                QSize(300, 340));
+    const QString file = m_home.path(behind + u".png"_s); // of its own: Qt remembers it
+    QVERIFY(behind == "photograph"_L1 ? photograph(stage.window()->size()).save(file)
+                                      : flat(stage.window()->size(), behind).save(file));
+    setMoving(false);
+    const auto restore = qScopeGuard([] { setMoving(true); });
+    QVERIFY(stage.window()->setProperty("behind", QUrl::fromLocalFile(file)));
+    QVERIFY(stage.window()->setProperty("tint", NoteChoices::displayColor(note)));
+    const QImage picture = pictureOf(stage.window());
+
+    struct Writing {
+        const char *what;
+        QColor ink;
+        double least;
+        QRect where;
+    };
+    const QRect card(QPoint(0, 0), stage.window()->size());
+    const int top = int(number("stickyTop"));
+    const int padding = int(number("stickyPadding"));
+    const QRect controls(card.right() - 110, 6, 104, 28);
+    const QRect text = card.adjusted(padding, top, -int(number("stickyRadius")), -1);
+    const QRect title = card.adjusted(padding, 8, -padding, -8); // a capsule is all of the card
+    for (const Writing &writing : std::initializer_list<Writing>{
+             {"note", QColor(0x1c, 0x1c, 0x1e), textContrast, text}, // as the page writes
+             {"title", color("capsuleInk"), textContrast, title},
+             {"control", faded(color("toolInk"), number("toolOpacity")), controlContrast, controls},
+             {"pinned", faded(color("toolInk"), number("pinnedOpacity")), controlContrast,
+              controls},
+         }) {
+        double worst = 21;
+        for (int y = writing.where.top(); y <= writing.where.bottom(); ++y) {
+            for (int x = writing.where.left(); x <= writing.where.right(); ++x)
+                worst = std::min(worst, contrast(writing.ink, picture.pixelColor(x, y)));
+        }
+        const QString found = u"%1: %2 : 1"_s.arg(QLatin1StringView(writing.what)).arg(worst);
+        QVERIFY2(worst >= writing.least, qPrintable(found));
     }
 }
 
