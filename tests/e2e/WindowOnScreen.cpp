@@ -2,7 +2,7 @@
 
 #include "tests/e2e/XTools.h"
 
-#include <QSet>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -78,12 +78,17 @@ void WindowOnScreen::close() const
     XTools::run(u"wmctrl"_s, {u"-i"_s, u"-c"_s, u"0x%1"_s.arg(m_window, 0, 16)});
 }
 
-qsizetype colourCount(const QImage &image)
+bool isFlat(const QImage &image)
 {
-    QSet<QRgb> colours;
+    constexpr int flatness = 24; // of 255
+    int darkest = 255;
+    int lightest = 0;
     for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            colours.insert(image.pixel(x, y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int grey = qGray(image.pixel(x, y));
+            darkest = std::min(darkest, grey);
+            lightest = std::max(lightest, grey);
+        }
     }
-    return colours.size();
+    return lightest - darkest < flatness;
 }

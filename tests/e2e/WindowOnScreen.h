@@ -45,5 +45,5 @@ private:
     xcb_window_t m_window;
 };
 
-/// How many colours there are in it: flat is what is not drawn.
-[[nodiscard]] qsizetype colourCount(const QImage &image);
+/// Nothing is drawn there: what glass and gradients differ by does not count.
+[[nodiscard]] bool isFlat(const QImage &image);
