@@ -45,7 +45,7 @@ bool PlimRun::open(const QString &display)
     environment.insert(u"DISPLAY"_s, m_display);
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     environment.insert(u"QT_MESSAGE_PATTERN"_s, u"%{type}: %{category}: %{message}"_s);
-    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true"_s);
+    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true;plim.sticky.debug=true"_s);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.start(QStringLiteral(PLIM_PROGRAM), QStringList());

@@ -160,6 +160,7 @@ void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
     const QPoint rightEdge(299, 170);
     sticky.drag(rightEdge, rightEdge + QPoint(80, 0));
     QTRY_VERIFY(sticky.geometry().width() > 340);
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     const QRect expanded = sticky.geometry();
     const QRect capsule(expanded.topLeft(), QSize(expanded.width(), 56));
 
@@ -199,6 +200,7 @@ void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
     const QPoint newBottom(150, sticky.geometry().height() - 1);
     sticky.drag(newBottom, QPoint(150, 10));
     QTRY_COMPARE(sticky.geometry().height(), 52);
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     sticky.drag(QPoint(150, 51), QPoint(150, 251));
     QTRY_VERIFY(sticky.showsText());
     plim.type(u"and again"_s);
@@ -296,6 +298,7 @@ void TestEndToEndStickies::twoWindowsShowOneNote()
     const WindowOnScreen main = plim.mainWindow();
     sticky.drag(StickyOnScreen::grip(), QPoint(-720, -300)); // off the other one's text
     QTRY_VERIFY(!main.geometry().intersects(sticky.geometry()));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     const QRect page(464, 60, 500, 300);
     const auto write = [&](const WindowOnScreen &window, QPoint place, const QString &words) {
         window.click(place);
@@ -325,7 +328,7 @@ void TestEndToEndStickies::deletingTheNoteClosesItsCard()
     QVERIFY(plim.open());
     QVERIFY(plim.openSticky(1, storedID(1)));
     plim.stickies().constFirst().drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
-    QTRY_COMPARE(StoredLayout(home).noteIDs(), QStringList{storedID(1)});
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{plim.stickies().constFirst().frame()});
     const QJsonArray notes = plim.notesOnDisk();
     plim.mainWindow().activate();
     QTRY_VERIFY(plim.mainWindow().isActive());
