@@ -45,7 +45,7 @@ void TestEndToEndStickyLayout::theyAreWhereTheyWereLeft()
     {
         PlimRun plim(home);
         QVERIFY(plim.open());
-        const QPoint ways[]{{-700, -300}, {700, -300}, {-700, 300}, {700, 300}};
+        const QPoint ways[]{{-780, -300}, {780, -300}, {-780, 300}, {780, 300}}; // off the main window
         for (int note = 0; note < 4; ++note) {
             plim.mainWindow().activate();
             QTRY_VERIFY(plim.mainWindow().isActive());
@@ -57,8 +57,8 @@ void TestEndToEndStickyLayout::theyAreWhereTheyWereLeft()
             QTRY_COMPARE(layout.frames().value(note), sticky.frame());
         }
         const QList<StickyOnScreen> stickies = plim.stickies();
-        stickies[1].drag(QPoint(299, 339), QPoint(339, 399));
-        QTRY_VERIFY(stickies[1].geometry().width() > 320);
+        stickies[1].drag(QPoint(299, 339), QPoint(319, 399));
+        QTRY_VERIFY(stickies[1].geometry().height() > 380);
         QTRY_COMPARE(layout.frames()[1], stickies[1].frame());
         stickies[2].clickControl(StickyOnScreen::Fold);
         QTRY_COMPARE(stickies[2].geometry().height(), 56);
