@@ -9,8 +9,7 @@ constexpr int controlSide = 24;
 constexpr int controlGap = 2;
 constexpr int controlMargin = 8;
 constexpr int leastHeightWithPage = 80;
-constexpr int darkest = 90;  ///< of 255: darker than that is only what is written
-constexpr int leastInk = 20; ///< pixels
+constexpr int leastInk = 20;
 } // namespace
 
 QString StickyOnScreen::frame() const
@@ -30,13 +29,7 @@ QPoint StickyOnScreen::place(Control control) const
 
 bool StickyOnScreen::showsText() const
 {
-    const QImage image = pixels(QRect(page().x() - 85, strip, 200, 70));
-    int inked = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            inked += qGray(image.pixel(x, y)) < darkest ? 1 : 0;
-    }
-    return inked > leastInk;
+    return inkIn(pixels(QRect(page().x() - 85, strip, 200, 70))) > leastInk;
 }
 
 QString frameText(double x, double y, double width, double height)

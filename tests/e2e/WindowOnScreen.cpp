@@ -92,3 +92,14 @@ bool isFlat(const QImage &image)
     }
     return lightest - darkest < flatness;
 }
+
+int inkIn(const QImage &image)
+{
+    constexpr int darkest = 90; // of 255
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += qGray(image.pixel(x, y)) < darkest ? 1 : 0;
+    }
+    return count;
+}

@@ -47,3 +47,5 @@ private:
 
 /// Nothing is drawn there: what glass and gradients differ by does not count.
 [[nodiscard]] bool isFlat(const QImage &image);
+/// How many pixels are as dark as what is written on a note's colour; a line of text has hundreds.
+[[nodiscard]] int inkIn(const QImage &image);

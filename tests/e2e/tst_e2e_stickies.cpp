@@ -25,8 +25,8 @@ QPoint row(int number)
 bool isAbout(const QRect &place, const QRect &expected)
 {
     constexpr int tolerance = 50; // pixels: a drag begins a little later than the press
-    return (place.topLeft() - expected.topLeft()).manhattanLength() <= tolerance
-           && (place.bottomRight() - expected.bottomRight()).manhattanLength() <= tolerance;
+    return (place.topLeft() - expected.topLeft()).manhattanLength() <= tolerance &&
+           (place.bottomRight() - expected.bottomRight()).manhattanLength() <= tolerance;
 }
 } // namespace
 
@@ -87,7 +87,8 @@ void TestEndToEndStickies::aRowsButtonOpensItsCard()
     QTRY_VERIFY(home.read(u".config/Plim/Plim.conf"_s).contains("plimLanguage=en"));
     sticky.activate();
     QTRY_VERIFY(sticky.showsText());
-    for (const auto control : {StickyOnScreen::Colour, StickyOnScreen::Pin, StickyOnScreen::Fold, StickyOnScreen::Close}) {
+    for (const auto control : {StickyOnScreen::Colour, StickyOnScreen::Pin, StickyOnScreen::Fold,
+                               StickyOnScreen::Close}) {
         plim.point(search);
         QTRY_VERIFY(!plim.showsHelpTip());
         sticky.pointAtControl(control);
@@ -172,7 +173,8 @@ void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
         {"its button", [&] { sticky.clickControl(StickyOnScreen::Fold); },
          [&] { sticky.clickControl(StickyOnScreen::Fold); }},
         {"the keyboard", [&] { plim.press({u"ctrl+m"_s}); }, [&] { plim.press({u"ctrl+m"_s}); }},
-        {"a double click", [&] { plim.press({u"ctrl+m"_s}); }, [&] { sticky.doubleClick(QPoint(120, 28)); }},
+        {"a double click", [&] { plim.press({u"ctrl+m"_s}); },
+         [&] { sticky.doubleClick(QPoint(120, 28)); }},
     };
     int number = 0;
     for (const auto &[how, collapse, expand] : ways) {
@@ -222,7 +224,8 @@ void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
     QVERIFY(!isCovered());
 
     const XWitness &server = plim.server();
-    const WindowOnScreen other(server, server.showPlainWindow(sticky.geometry() + QMargins(60, 60, 60, 60), blue));
+    const WindowOnScreen other(
+        server, server.showPlainWindow(sticky.geometry() + QMargins(60, 60, 60, 60), blue));
     const auto remove = qScopeGuard([&] { server.destroyWindow(other.id()); });
     other.activate();
     QTRY_VERIFY(isCovered());
@@ -235,8 +238,8 @@ void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
         if (!QTest::qWaitFor([&] { return sticky.hasState("_NET_WM_STATE_ABOVE") == isPinned; }))
             return false;
         other.activate();
-        return QTest::qWaitFor([&] { return other.isActive(); })
-               && QTest::qWaitFor([&] { return isCovered() != isPinned; });
+        return QTest::qWaitFor([&] { return other.isActive(); }) &&
+               QTest::qWaitFor([&] { return isCovered() != isPinned; });
     };
     const auto button = [&] { sticky.clickControl(StickyOnScreen::Pin); };
     const auto keys = [&] { plim.press({u"ctrl+shift+p"_s}); };
@@ -256,10 +259,13 @@ void TestEndToEndStickies::whateverClosesItKeepsTheLastWords()
     storeNotesCalled(home, names);
     PlimRun plim(home);
     QVERIFY(plim.open());
-    const auto closeByButton = [](const StickyOnScreen &sticky) { sticky.clickControl(StickyOnScreen::Close); };
+    const auto closeByButton = [](const StickyOnScreen &sticky) {
+        sticky.clickControl(StickyOnScreen::Close);
+    };
     const auto closeByKeys = [](const StickyOnScreen &) { XTools::press({u"ctrl+w"_s}); };
     const auto closeByDesktop = [](const StickyOnScreen &sticky) { sticky.close(); };
-    const std::function<void(const StickyOnScreen &)> ways[]{closeByKeys, closeByButton, closeByDesktop};
+    const std::function<void(const StickyOnScreen &)> ways[]{closeByKeys, closeByButton,
+                                                             closeByDesktop};
     for (int note = 0; note < 3; ++note) {
         plim.mainWindow().activate();
         QTRY_VERIFY(plim.mainWindow().isActive());
@@ -279,7 +285,8 @@ void TestEndToEndStickies::whateverClosesItKeepsTheLastWords()
         left.removeFirst();
         QTRY_COMPARE(plim.stickies().size(), left.size());
         QTRY_COMPARE(StoredLayout(home).noteIDs(), left);
-        QTRY_VERIFY2(plim.bodyOnDisk(note).contains(u"last words"), qPrintable(plim.bodyOnDisk(note)));
+        QTRY_VERIFY2(plim.bodyOnDisk(note).contains(u"last words"),
+                     qPrintable(plim.bodyOnDisk(note)));
     }
     QVERIFY(plim.isRunning());
     QCOMPARE(plim.notesOnDisk().size(), 3);
@@ -299,7 +306,9 @@ void TestEndToEndStickies::twoWindowsShowOneNote()
     sticky.drag(StickyOnScreen::grip(), QPoint(-720, -300)); // off the other one's text
     QTRY_VERIFY(!main.geometry().intersects(sticky.geometry()));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
-    const QRect page(464, 60, 500, 300);
+    const QRect mainPage(464, 60, 500, 300);
+    const QRect stickyPage(12, 40, 270, 280);
+    constexpr int lineOfInk = 150; // more than a caret has
     const auto write = [&](const WindowOnScreen &window, QPoint place, const QString &words) {
         window.click(place);
         if (!QTest::qWaitFor([&] { return window.isActive(); }))
@@ -308,15 +317,16 @@ void TestEndToEndStickies::twoWindowsShowOneNote()
         plim.type(words);
         return QTest::qWaitFor([&] { return plim.bodyOnDisk().contains(words); });
     };
-    QImage before = main.pixels(page);
+    const int inMain = inkIn(main.pixels(mainPage));
     QVERIFY(write(sticky, StickyOnScreen::page(), u"in the sticky"_s));
-    QTRY_VERIFY(main.pixels(page) != before);
-    before = sticky.pixels(QRect(12, 40, 270, 280));
+    QTRY_VERIFY(inkIn(main.pixels(mainPage)) > inMain + lineOfInk);
+    const int inSticky = inkIn(sticky.pixels(stickyPage));
     QVERIFY(write(main, QPoint(700, 300), u"in the main window"_s));
-    QTRY_VERIFY(sticky.pixels(QRect(12, 40, 270, 280)) != before);
+    QTRY_VERIFY(inkIn(sticky.pixels(stickyPage)) > inSticky + lineOfInk);
     QVERIFY(write(sticky, StickyOnScreen::page(), u"and again"_s));
-    QCOMPARE(plim.bodyOnDisk(),
-             u"<h1>A</h1><p>about A</p><p>in the sticky</p><p>in the main window</p><p>and again</p>"_s);
+    QCOMPARE(
+        plim.bodyOnDisk(),
+        u"<h1>A</h1><p>about A</p><p>in the sticky</p><p>in the main window</p><p>and again</p>"_s);
     QCOMPARE(plim.warnings().join(u'\n'), QString());
 }
 
@@ -327,7 +337,8 @@ void TestEndToEndStickies::deletingTheNoteClosesItsCard()
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.openSticky(1, storedID(1)));
-    plim.stickies().constFirst().drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
+    plim.stickies().constFirst().drag(StickyOnScreen::grip(),
+                                      StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{plim.stickies().constFirst().frame()});
     const QJsonArray notes = plim.notesOnDisk();
     plim.mainWindow().activate();

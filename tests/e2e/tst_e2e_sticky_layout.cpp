@@ -45,7 +45,8 @@ void TestEndToEndStickyLayout::theyAreWhereTheyWereLeft()
     {
         PlimRun plim(home);
         QVERIFY(plim.open());
-        const QPoint ways[]{{-780, -300}, {780, -300}, {-780, 300}, {780, 300}}; // off the main window
+        const QPoint ways[]{
+            {-780, -300}, {780, -300}, {-780, 300}, {780, 300}}; // off the main window
         for (int note = 0; note < 4; ++note) {
             plim.mainWindow().activate();
             QTRY_VERIFY(plim.mainWindow().isActive());
@@ -90,8 +91,10 @@ void TestEndToEndStickyLayout::oneThatWasCollapsedIsOneStepAway_data()
 {
     QTest::addColumn<std::function<void(const StickyOnScreen &)>>("expand");
     using Gesture = std::function<void(const StickyOnScreen &)>;
-    QTest::newRow("its button") << Gesture([](const StickyOnScreen &sticky) { sticky.clickControl(StickyOnScreen::Fold); });
-    QTest::newRow("a double click") << Gesture([](const StickyOnScreen &sticky) { sticky.doubleClick(QPoint(100, 28)); });
+    QTest::newRow("its button") << Gesture(
+        [](const StickyOnScreen &sticky) { sticky.clickControl(StickyOnScreen::Fold); });
+    QTest::newRow("a double click")
+        << Gesture([](const StickyOnScreen &sticky) { sticky.doubleClick(QPoint(100, 28)); });
     QTest::newRow("the keyboard") << Gesture([](const StickyOnScreen &sticky) {
         sticky.activate();
         if (QTest::qWaitFor([&] { return sticky.isActive(); }))
@@ -169,18 +172,24 @@ void TestEndToEndStickyLayout::anythingMayBeSaved_data()
     const QStringList asSaved{u"100,200 300x340"_s};
     const QStringList none;
     QTest::newRow("right of every screen")
-        << whole({entry(5000, 200, 300, 340)}) << QStringList{u"1620,200 300x340"_s} << QStringList{u"5000,200 300x340"_s};
+        << whole({entry(5000, 200, 300, 340)}) << QStringList{u"1620,200 300x340"_s}
+        << QStringList{u"5000,200 300x340"_s};
     QTest::newRow("below every screen")
-        << whole({entry(100, -3000, 300, 340)}) << QStringList{u"100,0 300x340"_s} << QStringList{u"100,-3000 300x340"_s};
+        << whole({entry(100, -3000, 300, 340)}) << QStringList{u"100,0 300x340"_s}
+        << QStringList{u"100,-3000 300x340"_s};
     QTest::newRow("farther than windows go")
-        << whole({entry(-1e300, 1e300, 300, 340)}) << QStringList{u"0,860 300x340"_s} << QStringList{u"-1e+300,1e+300 300x340"_s};
-    QTest::newRow("no size") << whole({entry(100, 200, 0, 0)}) << asSaved << QStringList{u"100,200 0x0"_s};
+        << whole({entry(-1e300, 1e300, 300, 340)}) << QStringList{u"0,860 300x340"_s}
+        << QStringList{u"-1e+300,1e+300 300x340"_s};
+    QTest::newRow("no size") << whole({entry(100, 200, 0, 0)}) << asSaved
+                             << QStringList{u"100,200 0x0"_s};
     QTest::newRow("less than no size")
         << whole({entry(100, 200, -300, -340)}) << asSaved << QStringList{u"100,200 -300x-340"_s};
-    QTest::newRow("fractions")
-        << whole({entry(100.2, 200.2, 300.2, 340.2)}) << asSaved << QStringList{u"100.2,200.2 300.2x340.2"_s};
+    QTest::newRow("fractions") << whole({entry(100.2, 200.2, 300.2, 340.2)}) << asSaved
+                               << QStringList{u"100.2,200.2 300.2x340.2"_s};
     QTest::newRow("text for a number")
-        << whole({R"({"noteID":")" + id.toLatin1() + R"(","x":"100","y":200,"width":300,"height":340})"}) << none << none;
+        << whole({R"({"noteID":")" + id.toLatin1() +
+                  R"(","x":"100","y":200,"width":300,"height":340})"})
+        << none << none;
     QTest::newRow("twice") << whole({good, entry(900, 300, 300, 340)}) << asSaved << asSaved;
     QTest::newRow("a note that is gone")
         << whole({StoredLayout::entry(storedID(6), 1, 1, 300, 340), good}) << asSaved << asSaved;
@@ -201,7 +210,8 @@ void TestEndToEndStickyLayout::anythingMayBeSaved()
     layout.write(text);
     PlimRun plim(home);
     QVERIFY(plim.open());
-    QVERIFY(plim.waitUntilSaid(u"plim.sticky: loadLayout"_s, 2)); // when it knows them, and to restore them
+    QVERIFY(plim.waitUntilSaid(u"plim.sticky: loadLayout"_s,
+                               2)); // when it knows them, and to restore them
     QTRY_COMPARE(framesOf(plim), shown);
     plim.sendSignal(SIGTERM);
     QCOMPARE(plim.exitCode(), 0);
