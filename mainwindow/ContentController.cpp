@@ -262,6 +262,8 @@ void ContentController::showRequested(const QUuid &noteID)
     m_selection.setSelectedNoteID(noteID);
     if (QWindow *window = mainWindow()) {
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+        if (!window->isVisible())
+            window->setPosition(window->position()); // or the window manager places it anew
         window->setVisible(true); // show() would undo that it is maximised
         window->raise();
         window->requestActivate();

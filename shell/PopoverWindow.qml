@@ -24,10 +24,11 @@ Window {
         surface.forceActiveFocus(Qt.PopupFocusReason);
     }
 
-    // Not every desktop gives the keyboard back by itself.
+    // Not every desktop gives the keyboard back by itself. It is handed over first: a desktop that
+    // sees its holder go chooses another one, and may not listen to an older wish any more.
     function dismiss(): void {
-        root.visible = false;
         (root.transientParent as Window)?.requestActivate();
+        root.visible = false;
     }
 
     flags: Qt.Dialog | Qt.FramelessWindowHint | Qt.NoDropShadowWindowHint

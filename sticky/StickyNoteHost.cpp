@@ -200,9 +200,10 @@ void StickyNoteHost::followGeometry()
     if (m_isPlacing || isGliding())
         return;
     const QRect before = std::exchange(m_frame, m_window->geometry() - margins());
+    const bool showedEditor = m_controller->showsEditor();
     m_controller->setHeight(m_frame.height());
     if (before.size() != m_frame.size()) {
-        followUserResizing();
+        followUserResizing(showedEditor);
         Q_EMIT resized();
     }
     if (before.topLeft() != m_frame.topLeft())
@@ -210,12 +211,16 @@ void StickyNoteHost::followGeometry()
 }
 
 // Who pulls a capsule open wants to see what is in it. Only then: an event that is late may tell
-// the height of a moment ago.
-void StickyNoteHost::followUserResizing()
+// the height of a moment ago. While the window system has hold of the edge the window has not got
+// the keyboard; afterwards it is to be the page's.
+void StickyNoteHost::followUserResizing(bool showedEditor)
 {
-    if (m_isResizedByUser && isCollapsed() &&
-        !StickyPacking::isCollapsed(m_frame.height(), std::nullopt))
+    if (!m_isResizedByUser)
+        return;
+    if (isCollapsed() && !StickyPacking::isCollapsed(m_frame.height(), std::nullopt))
         setCollapsed(false);
+    if (!showedEditor && m_controller->showsEditor())
+        m_controller->controller()->focusEditor();
 }
 
 void StickyNoteHost::stopGliding()

@@ -41,7 +41,7 @@ private Q_SLOTS:
 
 private:
     void followGeometry();
-    void followUserResizing();
+    void followUserResizing(bool showedEditor);
     void stopGliding();
     void show(bool withKeyboard);
     void reportClosed();

@@ -4,13 +4,14 @@
 #include <QJsonDocument>
 #include <QTest>
 
+#include <algorithm>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int patience = 30'000; // ms
+using XTools::patience;
 const QPoint newNoteButton(415, 24);
 
 QPoint rowCentre(int row)
@@ -18,12 +19,9 @@ QPoint rowCentre(int row)
     return {220, 120 + 70 * row};
 }
 
-QString output(const QString &program, const QStringList &arguments)
+QPoint stickyButton(int row)
 {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(patience);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    return {357, rowCentre(row).y()};
 }
 } // namespace
 
@@ -47,24 +45,23 @@ bool PlimRun::open(const QString &display)
     environment.insert(u"DISPLAY"_s, m_display);
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     environment.insert(u"QT_MESSAGE_PATTERN"_s, u"%{type}: %{category}: %{message}"_s);
-    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true"_s);
+    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true;plim.sticky.debug=true"_s);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.start(QStringLiteral(PLIM_PROGRAM), QStringList());
     if (!m_process.waitForStarted(patience))
         return false;
-    const bool isThere = QTest::qWaitFor([this] {
-        qputenv("DISPLAY", m_display.toUtf8());
-        m_window = output(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Plim$"_s});
-        return !m_window.isEmpty() || !isRunning();
-    }, patience);
-    if (!isThere || m_window.isEmpty()) {
+    qputenv("DISPLAY", m_display.toUtf8());
+    m_server = std::make_unique<XWitness>(m_display.toUtf8());
+    const bool isThere = QTest::qWaitFor([this] { return mainWindow().id() != XCB_NONE || !isRunning(); }, patience);
+    if (!isThere || !isRunning()) {
         qWarning("no window; the program said: %s", qPrintable(said()));
         return false;
     }
-    if (display.isEmpty()) // elsewhere there may be no window manager to ask
-        xdotool({u"windowactivate"_s, u"--sync"_s, m_window});
-    return true;
+    if (!display.isEmpty()) // elsewhere there may be no window manager to ask
+        return true;
+    mainWindow().activate();
+    return QTest::qWaitFor([this] { return mainWindow().isActive(); }, patience);
 }
 
 bool PlimRun::addNote()
@@ -82,59 +79,87 @@ bool PlimRun::selectRow(int row, const QString &noteID)
     return waitUntilSaid(shown, int(count) + 1);
 }
 
+bool PlimRun::openSticky(int row, const QString &noteID)
+{
+    const QString shown = u"plim.editor: shown \"%1\""_s.arg(noteID.toLower());
+    const auto count = said().count(shown);
+    const auto stickyCount = stickies().size();
+    point(rowCentre(row));
+    click(stickyButton(row));
+    return waitUntilSaid(shown, int(count) + 1) && stickies().size() == stickyCount + 1
+           && QTest::qWaitFor([this] { return stickies().constLast().isActive(); }, patience);
+}
+
 void PlimRun::click(QPoint position) const
 {
-    xdotool({u"mousemove"_s, u"--window"_s, m_window, QString::number(position.x()), QString::number(position.y()), u"click"_s, u"1"_s});
+    mainWindow().click(position);
 }
 
 void PlimRun::doubleClick(QPoint position) const
 {
-    point(position);
-    xdotool({u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s});
+    mainWindow().doubleClick(position);
 }
 
 void PlimRun::point(QPoint position) const
 {
-    xdotool({u"mousemove"_s, u"--window"_s, m_window, QString::number(position.x()),
-             QString::number(position.y())});
+    mainWindow().point(position);
 }
 
-// As a hand does it: in small steps, each of them seen by the program and by the window manager.
 void PlimRun::drag(QPoint from, QPoint to) const
 {
-    constexpr int steps = 12;
-    const QPoint origin = geometry().topLeft();
-    QStringList arguments;
-    const auto moveTo = [&](QPoint position) {
-        arguments << u"mousemove"_s << QString::number(position.x()) << QString::number(position.y())
-                  << u"sleep"_s << u"0.03"_s;
-    };
-    moveTo(origin + from);
-    arguments << u"mousedown"_s << u"1"_s << u"sleep"_s << u"0.05"_s;
-    for (int step = 1; step <= steps; ++step)
-        moveTo(origin + from + (to - from) * step / steps);
-    arguments << u"mouseup"_s << u"1"_s;
-    xdotool(arguments);
+    mainWindow().drag(from, to);
 }
 
 QRect PlimRun::geometry() const
 {
-    QHash<QString, int> values;
-    const QStringList lines =
-        output(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, m_window}).split(u'\n');
-    for (const QString &line : lines)
-        values.insert(line.section(u'=', 0, 0), line.section(u'=', 1).toInt());
-    return {values[u"X"_s], values[u"Y"_s], values[u"WIDTH"_s], values[u"HEIGHT"_s]};
+    return mainWindow().geometry();
 }
 
-void PlimRun::type(const QString &text) const
+QList<xcb_window_t> PlimRun::windows() const
 {
-    xdotool({u"type"_s, u"--delay"_s, u"15"_s, u"--"_s, text});
+    QList<xcb_window_t> windows = m_server->visibleWindows();
+    windows.removeIf([this](xcb_window_t window) {
+        return m_server->property(window, "_NET_WM_PID").value(0) != quint32(processId());
+    });
+    return windows;
 }
 
-void PlimRun::press(const QStringList &keys) const
+WindowOnScreen PlimRun::mainWindow() const
 {
-    xdotool(QStringList{u"key"_s, u"--delay"_s, u"15"_s, u"--"_s} + keys);
+    for (const xcb_window_t window : windows()) {
+        if (m_server->text(window, "WM_WINDOW_ROLE") == "main")
+            return {*m_server, window};
+    }
+    return {*m_server, XCB_NONE};
+}
+
+QList<StickyOnScreen> PlimRun::stickies() const
+{
+    QList<StickyOnScreen> stickies;
+    const QList<xcb_window_t> onScreen = windows();
+    for (const xcb_window_t window : m_server->property(m_server->root(), "_NET_CLIENT_LIST")) {
+        if (onScreen.contains(window) && m_server->text(window, "WM_WINDOW_ROLE") == "sticky")
+            stickies.emplaceBack(*m_server, window);
+    }
+    return stickies;
+}
+
+std::optional<WindowOnScreen> PlimRun::optionsOf(const WindowOnScreen &window) const
+{
+    for (const xcb_window_t each : windows()) {
+        if (m_server->property(each, "WM_TRANSIENT_FOR").value(0) == window.id()
+            && m_server->names(each, "_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_DIALOG"))
+            return WindowOnScreen(*m_server, each);
+    }
+    return std::nullopt;
+}
+
+bool PlimRun::showsHelpTip() const
+{
+    const QList<xcb_window_t> onScreen = windows();
+    return std::ranges::any_of(onScreen, [this](xcb_window_t window) {
+        return m_server->names(window, "_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_TOOLTIP");
+    });
 }
 
 void PlimRun::sendSignal(int signal) const
@@ -144,7 +169,7 @@ void PlimRun::sendSignal(int signal) const
 
 void PlimRun::closeWindow() const
 {
-    output(u"wmctrl"_s, {u"-i"_s, u"-c"_s, m_window});
+    mainWindow().close();
 }
 
 int PlimRun::exitCode()
@@ -158,7 +183,7 @@ int PlimRun::exitCode()
 qint64 PlimRun::rendererId() const
 {
     QHash<qint64, qint64> parents;
-    const QStringList lines = output(u"ps"_s, {u"-C"_s, u"QtWebEngineProcess"_s, u"-o"_s, u"pid=,ppid="_s}).split(u'\n');
+    const QStringList lines = XTools::run(u"ps"_s, {u"-C"_s, u"QtWebEngineProcess"_s, u"-o"_s, u"pid=,ppid="_s}).split(u'\n');
     for (const QString &line : lines) {
         const QStringList ids = line.simplified().split(u' ');
         parents.insert(ids.value(0).toLongLong(), ids.value(1).toLongLong());
@@ -199,15 +224,4 @@ QJsonArray PlimRun::notesOnDisk() const
 QString PlimRun::bodyOnDisk(int index) const
 {
     return notesOnDisk().at(index).toObject().value("body"_L1).toString();
-}
-
-void PlimRun::xdotool(const QStringList &arguments) const
-{
-    output(u"xdotool"_s, arguments);
-}
-
-QJsonObject storedNote(const QString &id, const QString &body)
-{
-    return {{u"id"_s, id}, {u"title"_s, QString()}, {u"body"_s, body}, {u"color"_s, u"yellow"_s}, {u"textSize"_s, u"medium"_s},
-            {u"isArchived"_s, false}, {u"createdAt"_s, 800000000.5}, {u"updatedAt"_s, 800000000.5}};
 }

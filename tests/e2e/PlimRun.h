@@ -1,6 +1,8 @@
 #pragma once
 
 #include "tests/ThrowAwayHome.h"
+#include "tests/e2e/StickyOnScreen.h"
+#include "tests/e2e/XTools.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -8,6 +10,9 @@
 #include <QProcess>
 #include <QRect>
 #include <QStringList>
+
+#include <memory>
+#include <optional>
 
 /// The built program on the display that scripts/test started, driven as a user drives it.
 class PlimRun
@@ -17,13 +22,15 @@ public:
     explicit PlimRun(const ThrowAwayHome &home) : m_home(home) {}
     ~PlimRun();
 
-    /// Starts the program and waits until its window can be seen. On another display when one is given.
+    /// Starts the program and waits until its main window can be seen. On another display when one is given.
     [[nodiscard]] bool open(const QString &display = {});
     /// Clicks "New note" and waits until the editor has it.
     [[nodiscard]] bool addNote();
     /// Clicks a row of the list, from 0, and waits until the editor has that note.
     [[nodiscard]] bool selectRow(int row, const QString &noteID);
-    /// In pixels from the window's upper left corner.
+    /// Clicks a row's sticky button and waits until its editor has the note.
+    [[nodiscard]] bool openSticky(int row, const QString &noteID);
+    /// In pixels from the main window's upper left corner.
     void click(QPoint position) const;
     void doubleClick(QPoint position) const;
     /// Moves the pointer there, with no button down.
@@ -32,13 +39,20 @@ public:
     void drag(QPoint from, QPoint to) const;
     /// On the screen, in pixels.
     [[nodiscard]] QRect geometry() const;
-    /// Real key events; letters that no key has are put on one for the moment.
-    void type(const QString &text) const;
-    /// Keys in the X server's names, "ctrl+z".
-    void press(const QStringList &keys) const;
+    void type(const QString &text) const { XTools::type(text); }
+    void press(const QStringList &keys) const { XTools::press(keys); }
+
+    [[nodiscard]] const XWitness &server() const { return *m_server; }
+    /// Nobody's window while there is none on the screen.
+    [[nodiscard]] WindowOnScreen mainWindow() const;
+    /// Those on the screen, in the order in which they came up.
+    [[nodiscard]] QList<StickyOnScreen> stickies() const;
+    /// The options of that window, while they are open.
+    [[nodiscard]] std::optional<WindowOnScreen> optionsOf(const WindowOnScreen &window) const;
+    [[nodiscard]] bool showsHelpTip() const;
 
     void sendSignal(int signal) const;
-    /// Asks the window manager to close the window.
+    /// Asks the window manager to close the main window.
     void closeWindow() const;
     /// Waits for the end; the exit code, or -1 when it did not end or crashed.
     [[nodiscard]] int exitCode();
@@ -57,14 +71,11 @@ public:
     [[nodiscard]] QString bodyOnDisk(int index = 0) const;
 
 private:
-    void xdotool(const QStringList &arguments) const;
+    [[nodiscard]] QList<xcb_window_t> windows() const;
 
     const ThrowAwayHome &m_home;
     QProcess m_process;
-    QString m_window;
+    std::unique_ptr<XWitness> m_server;
     QString m_display;
     QString m_said;
 };
-
-/// A note as the file holds it.
-[[nodiscard]] QJsonObject storedNote(const QString &id, const QString &body);

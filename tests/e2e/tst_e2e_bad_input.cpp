@@ -1,4 +1,5 @@
 #include "tests/e2e/PlimRun.h"
+#include "tests/e2e/StoredNotes.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,4 +1,5 @@
 #include "tests/e2e/PlimRun.h"
+#include "tests/e2e/StoredNotes.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -14,14 +15,6 @@ namespace
 {
 const QString firstID = u"11111111-1111-4111-8111-111111111111"_s;
 const QString secondID = u"22222222-2222-4222-8222-222222222222"_s;
-
-void store(const ThrowAwayHome &home, const QJsonArray &notes)
-{
-    QDir().mkpath(home.data());
-    QFile file(home.path(u"data/Plim/notes.json"_s));
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(notes).toJson(QJsonDocument::Compact)) <= 0)
-        qFatal("The test's own notes could not be written");
-}
 } // namespace
 
 /// The built program over a real file, with real keys.
@@ -47,7 +40,7 @@ private Q_SLOTS:
 void TestEndToEnd::startsAndWarnsOfNothing()
 {
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>Tea</h1><p>milk</p>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>Tea</h1><p>milk</p>"_s)});
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.selectRow(0, firstID));
@@ -76,7 +69,7 @@ void TestEndToEnd::typedTextIsOnDiskSoon()
 void TestEndToEnd::threeLinesStayThreeLines()
 {
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1>"_s), storedNote(secondID, u"<h1>B</h1><p>other</p>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s), storedNote(secondID, u"<h1>B</h1><p>other</p>"_s)});
     const QString lines = u"<h1>A</h1>one<p>two</p><p>three</p>"_s;
     PlimRun plim(home);
     QVERIFY(plim.open());
@@ -112,7 +105,7 @@ void TestEndToEnd::lastWordsAreKeptWhateverEndsIt()
 {
     QFETCH(int, signal);
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.selectRow(0, firstID));
@@ -137,7 +130,7 @@ void TestEndToEnd::lostDisplayKeepsWhatWasReported()
     const auto restore = qScopeGuard([&] { qputenv("DISPLAY", usualDisplay); });
 
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
     PlimRun plim(home);
     QVERIFY(plim.open(u':' + QString::fromLatin1(number.trimmed())));
     QVERIFY(plim.selectRow(0, firstID));
@@ -179,7 +172,7 @@ void TestEndToEnd::ticksSurviveRestarts()
     const QString list = u"<h1>A</h1><ul class=\"checklist\"><li class=\"checked\">"_s + box.arg(u" checked"_s, u"true"_s) + u"milk</li><li>"_s
         + box.arg(QString(), u"false"_s) + u"tea</li></ul>"_s;
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, list)});
+    storeNotes(home, {storedNote(firstID, list)});
     for (int round = 0; round < 3; ++round) {
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -195,7 +188,7 @@ void TestEndToEnd::textThatShowsMarkupSurvivesRestarts()
 {
     const QString body = u"<h1>style=\"color:red\"</h1><p>class='x' style=\"color:red\" &lt;div&gt; &amp;amp;lt; class=\"text-content\"</p><p><br></p><p>x</p>"_s;
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, body)});
+    storeNotes(home, {storedNote(firstID, body)});
     for (int round = 0; round < 3; ++round) {
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -210,7 +203,7 @@ void TestEndToEnd::textThatShowsMarkupSurvivesRestarts()
 void TestEndToEnd::switchingWhileTypingKeepsNotesApart()
 {
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1>"_s), storedNote(secondID, u"<h1>B</h1>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s), storedNote(secondID, u"<h1>B</h1>"_s)});
     PlimRun plim(home);
     QVERIFY(plim.open());
     QString first;
@@ -232,7 +225,7 @@ void TestEndToEnd::switchingWhileTypingKeepsNotesApart()
 void TestEndToEnd::killedRendererComesBack()
 {
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.selectRow(0, firstID));
@@ -252,7 +245,7 @@ void TestEndToEnd::killedRendererComesBack()
 void TestEndToEnd::nothingIsWrittenWhileNothingHappens()
 {
     const ThrowAwayHome home;
-    store(home, {storedNote(firstID, u"<h1>A</h1><p>milk</p>"_s)});
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1><p>milk</p>"_s)});
     const QByteArray before = home.read(u"data/Plim/notes.json"_s);
     PlimRun plim(home);
     QVERIFY(plim.open());

@@ -1,7 +1,6 @@
 #include "tests/e2e/PlimRun.h"
+#include "tests/e2e/StoredNotes.h"
 
-#include <QDir>
-#include <QJsonDocument>
 #include <QTest>
 
 #include <csignal>
@@ -26,20 +25,6 @@ QPoint row(int number)
 QPoint deleteButton(int number)
 {
     return {412, row(number).y()};
-}
-
-void storeNotes(const ThrowAwayHome &home, const QStringList &headings)
-{
-    QJsonArray notes;
-    for (qsizetype i = 0; i < headings.size(); ++i) {
-        const QString id = u"%1%1%1%1%1%1%1%1-1111-4111-8111-111111111111"_s.arg(i + 1);
-        notes << storedNote(id, u"<h1>%1</h1><p>about %1</p>"_s.arg(headings[i]));
-    }
-    QDir().mkpath(home.data());
-    QFile file(home.path(u"data/Plim/notes.json"_s));
-    if (!file.open(QIODevice::WriteOnly)
-        || file.write(QJsonDocument(notes).toJson(QJsonDocument::Compact)) <= 0)
-        qFatal("The test's own notes could not be written");
 }
 
 QString orderOnDisk(const PlimRun &plim)
@@ -73,7 +58,7 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, ground);
         const ThrowAwayHome home;
-        storeNotes(home, {u"Tea"_s});
+        storeNotesCalled(home, {u"Tea"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
         QVERIFY(plim.selectRow(0, u"11111111-1111-4111-8111-111111111111"_s));
@@ -168,7 +153,7 @@ private Q_SLOTS:
     void draggingANoteReordersTheFile()
     {
         const ThrowAwayHome home;
-        storeNotes(home, {u"A"_s, u"B"_s, u"C"_s, u"D"_s});
+        storeNotesCalled(home, {u"A"_s, u"B"_s, u"C"_s, u"D"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
         plim.drag(row(0), row(2) + QPoint(0, 10));
@@ -183,7 +168,7 @@ private Q_SLOTS:
     void whatWasDeletedComesBackWhereItWas()
     {
         const ThrowAwayHome home;
-        storeNotes(home, {u"A"_s, u"B"_s, u"C"_s});
+        storeNotesCalled(home, {u"A"_s, u"B"_s, u"C"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
         const QJsonArray before = plim.notesOnDisk();
@@ -198,7 +183,7 @@ private Q_SLOTS:
     void colourAndLanguageAreKept()
     {
         const ThrowAwayHome home;
-        storeNotes(home, {u"Tea"_s});
+        storeNotesCalled(home, {u"Tea"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
         QVERIFY(plim.selectRow(0, u"11111111-1111-4111-8111-111111111111"_s));

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <span>
 
 namespace
 {
@@ -14,16 +15,41 @@ std::unique_ptr<T, decltype(&std::free)> owned(T *reply)
 }
 } // namespace
 
-XWitness::XWitness() : m_connection(xcb_connect(nullptr, nullptr)) {}
+XWitness::XWitness(const QByteArray &display)
+    : m_connection(xcb_connect(display.isEmpty() ? nullptr : display.constData(), nullptr))
+{
+    if (isConnected())
+        m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+}
 
 XWitness::~XWitness()
 {
     xcb_disconnect(m_connection);
 }
 
-xcb_window_t XWitness::root() const
+QList<xcb_window_t> XWitness::visibleWindows() const
 {
-    return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    QList<xcb_window_t> windows;
+    collectVisible(m_root, windows);
+    return windows;
+}
+
+void XWitness::collectVisible(xcb_window_t window, QList<xcb_window_t> &windows) const
+{
+    const auto tree =
+        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    if (!tree)
+        return;
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             std::size_t(xcb_query_tree_children_length(tree.get())));
+    for (const xcb_window_t child : children) {
+        const auto attributes = owned(xcb_get_window_attributes_reply(
+            m_connection, xcb_get_window_attributes(m_connection, child), nullptr));
+        if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
+            continue;
+        windows << child;
+        collectVisible(child, windows);
+    }
 }
 
 xcb_window_t XWitness::frameOf(const QWindow &window) const
@@ -55,6 +81,17 @@ bool XWitness::hasProperty(xcb_window_t window, const QByteArray &name) const
         m_connection, xcb_get_property(m_connection, 0, window, atom(name), XCB_ATOM_ANY, 0, 0),
         nullptr));
     return reply && reply->type != XCB_NONE;
+}
+
+QByteArray XWitness::text(xcb_window_t window, const QByteArray &name) const
+{
+    const auto reply = owned(xcb_get_property_reply(
+        m_connection, xcb_get_property(m_connection, 0, window, atom(name), XCB_ATOM_ANY, 0, 4096),
+        nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
 }
 
 QList<QByteArray> XWitness::names(xcb_window_t window, const QByteArray &name) const
@@ -89,6 +126,28 @@ QRect XWitness::geometry(xcb_window_t window) const
     return reply ? QRect(reply->x, reply->y, reply->width, reply->height) : QRect();
 }
 
+QRect XWitness::geometryOnScreen(xcb_window_t window) const
+{
+    const auto corner = owned(xcb_translate_coordinates_reply(
+        m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
+    return corner ? QRect(QPoint(corner->dst_x, corner->dst_y), geometry(window).size()) : QRect();
+}
+
+QImage XWitness::pixels(const QRect &part) const
+{
+    const QRect seen = part & geometry(m_root);
+    const auto reply = owned(xcb_get_image_reply(
+        m_connection,
+        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, int16_t(seen.x()),
+                      int16_t(seen.y()), uint16_t(seen.width()), uint16_t(seen.height()), ~0U),
+        nullptr));
+    if (!reply || reply->depth != 24)
+        return {};
+    return QImage(xcb_get_image_data(reply.get()), seen.width(), seen.height(),
+                  QImage::Format_RGB32)
+        .copy();
+}
+
 xcb_atom_t XWitness::atom(const QByteArray &name) const
 {
     const auto reply = owned(xcb_intern_atom_reply(
@@ -102,6 +161,21 @@ xcb_window_t XWitness::makeWindow() const
     const xcb_window_t window = xcb_generate_id(m_connection);
     xcb_create_window(m_connection, 0, window, root(), -10, -10, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_flush(m_connection);
+    return window;
+}
+
+xcb_window_t XWitness::showPlainWindow(const QRect &place, quint32 rgb) const
+{
+    const xcb_window_t window = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, m_root, int16_t(place.x()),
+                      int16_t(place.y()), uint16_t(place.width()), uint16_t(place.height()), 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &rgb);
+    constexpr quint32 positionByUser = 1;
+    QList<quint32> sizeHints(18, 0); // without it the window manager chooses the place
+    sizeHints[0] = positionByUser;
+    setProperty(window, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, sizeHints);
+    xcb_map_window(m_connection, window);
     xcb_flush(m_connection);
     return window;
 }

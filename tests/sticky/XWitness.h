@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
 #include <QList>
 #include <QRegion>
 
@@ -14,25 +15,35 @@ class QWindow;
 class XWitness
 {
 public:
-    XWitness();
+    /// On the display of that name, else on the one that the environment names.
+    explicit XWitness(const QByteArray &display = {});
     ~XWitness();
     Q_DISABLE_COPY_MOVE(XWitness)
 
     [[nodiscard]] bool isConnected() const { return !xcb_connection_has_error(m_connection); }
-    [[nodiscard]] xcb_window_t root() const;
+    [[nodiscard]] xcb_window_t root() const { return m_root; }
+    /// Everybody's windows that are on the screen, from the back to the front; what is in a window
+    /// comes after it.
+    [[nodiscard]] QList<xcb_window_t> visibleWindows() const;
     /// The window manager's, which holds the window; the window itself when there is none.
     [[nodiscard]] xcb_window_t frameOf(const QWindow &window) const;
 
     [[nodiscard]] QList<quint32> property(xcb_window_t window, const QByteArray &name) const;
     [[nodiscard]] bool hasProperty(xcb_window_t window, const QByteArray &name) const;
+    [[nodiscard]] QByteArray text(xcb_window_t window, const QByteArray &name) const;
     /// The names of the atoms in the property.
     [[nodiscard]] QList<QByteArray> names(xcb_window_t window, const QByteArray &name) const;
     /// In pixels.
     [[nodiscard]] QRegion shape(xcb_window_t window, xcb_shape_kind_t kind) const;
     [[nodiscard]] QRect geometry(xcb_window_t window) const;
+    [[nodiscard]] QRect geometryOnScreen(xcb_window_t window) const;
+    /// What is seen on the screen there.
+    [[nodiscard]] QImage pixels(const QRect &part) const;
 
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const;
     [[nodiscard]] xcb_window_t makeWindow() const;
+    /// A window like any other program's, of one colour and nothing else.
+    [[nodiscard]] xcb_window_t showPlainWindow(const QRect &place, quint32 rgb) const;
     void destroyWindow(xcb_window_t window) const;
     void setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
                      const QList<quint32> &values) const;
@@ -41,5 +52,8 @@ public:
     void setSelectionOwner(const QByteArray &selection, xcb_window_t owner) const;
 
 private:
+    void collectVisible(xcb_window_t window, QList<xcb_window_t> &windows) const;
+
     xcb_connection_t *m_connection;
+    xcb_window_t m_root = XCB_NONE;
 };

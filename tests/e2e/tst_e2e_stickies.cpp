@@ -1,0 +1,400 @@
+#include "tests/e2e/PlimRun.h"
+#include "tests/e2e/StoredLayout.h"
+#include "tests/e2e/StoredNotes.h"
+
+#include <QScopeGuard>
+#include <QTest>
+
+#include <csignal>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using XTools::patience;
+
+namespace
+{
+const QPoint search(200, 64);
+const QPoint english(361, 680);
+const QPoint closeMain(24, 24);
+
+QPoint row(int number)
+{
+    return {220, 120 + 70 * number};
+}
+
+bool isAbout(const QRect &place, const QRect &expected)
+{
+    constexpr int tolerance = 50; // pixels: a drag begins a little later than the press
+    return (place.topLeft() - expected.topLeft()).manhattanLength() <= tolerance &&
+           (place.bottomRight() - expected.bottomRight()).manhattanLength() <= tolerance;
+}
+} // namespace
+
+/// Sticky windows of the built program under a real window manager, one at a time or side by side.
+class TestEndToEndStickies : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aRowsButtonOpensItsCard();
+    void theCardIsMovedAndResized();
+    void theCardIsCollapsedAndExpanded();
+    void onlyAPinnedCardStaysInFront();
+    void whateverClosesItKeepsTheLastWords();
+    void twoWindowsShowOneNote();
+    void deletingTheNoteClosesItsCard();
+    void theProgramGoesOnWithoutItsMainWindow();
+};
+
+// In the middle of the screen, and what is typed at once is already its note's.
+void TestEndToEndStickies::aRowsButtonOpensItsCard()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s, u"B"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    const QRect firstButton(row(0) + QPoint(122, -15), QSize(30, 30));
+    const QRect secondButton = firstButton.translated(row(1) - row(0));
+    plim.point(search);
+    QTRY_VERIFY(isFlat(plim.mainWindow().pixels(firstButton)));
+
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    QCOMPARE(sticky.frame(), u"810,430 300x340"_s);
+    plim.type(u"first"_s);
+    QTRY_VERIFY(plim.bodyOnDisk(0).contains(u"first"));
+    QVERIFY(!plim.bodyOnDisk(1).contains(u"first"));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{u"810,430 300x340"_s});
+    QCOMPARE(StoredLayout(home).noteIDs(), QStringList{storedID(0)});
+    QVERIFY(sticky.showsText());
+
+    QVERIFY(sticky.hasState("_NET_WM_STATE_SKIP_TASKBAR"));
+    QVERIFY(!plim.mainWindow().hasState("_NET_WM_STATE_SKIP_TASKBAR"));
+
+    // Its row says that it is out, and brings it to the front.
+    plim.mainWindow().activate();
+    plim.point(search);
+    QTRY_VERIFY(plim.mainWindow().isActive());
+    QTRY_VERIFY(!isFlat(plim.mainWindow().pixels(firstButton)));
+    QVERIFY(isFlat(plim.mainWindow().pixels(secondButton)));
+    plim.click(firstButton.center());
+    QTRY_VERIFY(sticky.isActive());
+    QCOMPARE(plim.stickies(), {sticky});
+    QTRY_VERIFY(sticky.showsText());
+
+    // Help tips come whatever language was chosen meanwhile.
+    plim.click(english);
+    QTRY_VERIFY(home.read(u".config/Plim/Plim.conf"_s).contains("plimLanguage=en"));
+    sticky.activate();
+    QTRY_VERIFY(sticky.showsText());
+    for (const auto control : {StickyOnScreen::Colour, StickyOnScreen::Pin, StickyOnScreen::Fold,
+                               StickyOnScreen::Close}) {
+        plim.point(search);
+        QTRY_VERIFY(!plim.showsHelpTip());
+        sticky.pointAtControl(control);
+        QTRY_VERIFY(plim.showsHelpTip());
+    }
+    plim.sendSignal(SIGTERM);
+    QCOMPARE(plim.exitCode(), 0);
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::theCardIsMovedAndResized()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    QRect wanted = sticky.geometry();
+
+    struct {
+        const char *edge;
+        QPoint grip; ///< of 100 × 100
+        QPoint way;
+        QMargins growth;
+    } const edges[]{
+        {"left", {0, 50}, {-40, 0}, {40, 0, 0, 0}},
+        {"right", {100, 50}, {40, 0}, {0, 0, 40, 0}},
+        {"top", {50, 0}, {0, -40}, {0, 40, 0, 0}},
+        {"bottom", {50, 100}, {0, 40}, {0, 0, 0, 40}},
+        {"up left", {0, 0}, {-40, -40}, {40, 40, 0, 0}},
+        {"up right", {100, 0}, {40, -40}, {0, 40, 40, 0}},
+        {"down left", {0, 100}, {-40, 40}, {40, 0, 0, 40}},
+        {"down right", {100, 100}, {40, 40}, {0, 0, 40, 40}},
+    };
+    for (const auto &[edge, grip, way, growth] : edges) {
+        const QSize size = sticky.geometry().size() - QSize(1, 1);
+        const QPoint from(size.width() * grip.x() / 100, size.height() * grip.y() / 100);
+        wanted = sticky.geometry() + growth;
+        sticky.drag(from, from + way);
+        QTRY_VERIFY2(isAbout(sticky.geometry(), wanted), edge);
+        QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    }
+
+    wanted.translate(-300, -150);
+    sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(-300, -150));
+    QTRY_VERIFY(isAbout(sticky.geometry(), wanted));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+
+    // As small as it gets; then there is its title to move it by.
+    const QPoint corner(sticky.geometry().width() - 1, sticky.geometry().height() - 1);
+    const QPoint upperLeft = sticky.geometry().topLeft();
+    sticky.drag(corner, QPoint(20, 10));
+    QTRY_COMPARE(sticky.geometry(), QRect(upperLeft, QSize(260, 52)));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    sticky.drag(QPoint(24, 26), QPoint(424, 226));
+    QTRY_VERIFY(isAbout(sticky.geometry(), QRect(upperLeft + QPoint(400, 200), QSize(260, 52))));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    const QPoint rightEdge(299, 170);
+    sticky.drag(rightEdge, rightEdge + QPoint(80, 0));
+    QTRY_VERIFY(sticky.geometry().width() > 340);
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    const QRect expanded = sticky.geometry();
+    const QRect capsule(expanded.topLeft(), QSize(expanded.width(), 56));
+
+    struct {
+        const char *how;
+        std::function<void()> collapse;
+        std::function<void()> expand;
+    } const ways[]{
+        {"its button", [&] { sticky.clickControl(StickyOnScreen::Fold); },
+         [&] { sticky.clickControl(StickyOnScreen::Fold); }},
+        {"the keyboard", [&] { plim.press({u"ctrl+m"_s}); }, [&] { plim.press({u"ctrl+m"_s}); }},
+        {"a double click", [&] { plim.press({u"ctrl+m"_s}); },
+         [&] { sticky.doubleClick(QPoint(120, 28)); }},
+    };
+    int number = 0;
+    for (const auto &[how, collapse, expand] : ways) {
+        const QString words = u"word%1"_s.arg(++number);
+        collapse();
+        QTRY_COMPARE(sticky.geometry(), capsule);
+        QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+        expand();
+        QTRY_COMPARE(sticky.geometry(), expanded);
+        QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+        QTRY_VERIFY2(sticky.showsText(), how);
+        plim.type(words);
+        QTRY_VERIFY2_WITH_TIMEOUT(plim.bodyOnDisk().contains(words), how, patience);
+    }
+
+    // One that is pulled open shows its page, too.
+    plim.press({u"ctrl+m"_s});
+    QTRY_COMPARE(sticky.geometry(), capsule);
+    const QPoint bottom(150, 55);
+    sticky.drag(bottom, bottom + QPoint(0, 200));
+    QTRY_VERIFY(sticky.geometry().height() > 220);
+    QTRY_VERIFY(sticky.showsText());
+    plim.type(u"pulled open"_s);
+    QTRY_VERIFY(plim.bodyOnDisk().contains(u"pulled open"));
+    const QPoint newBottom(150, sticky.geometry().height() - 1);
+    sticky.drag(newBottom, QPoint(150, 10));
+    QTRY_COMPARE(sticky.geometry().height(), 52);
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    sticky.drag(QPoint(150, 51), QPoint(150, 251));
+    QTRY_VERIFY(sticky.showsText());
+    plim.type(u"and again"_s);
+    QTRY_VERIFY(plim.bodyOnDisk().contains(u"and again"));
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    constexpr QRgb blue = 0x0000ff;
+    const QRect middle(140, 250, 20, 20);
+    const auto isCovered = [&] { return (sticky.pixels(middle).pixel(10, 10) & 0xffffff) == blue; };
+    QVERIFY(!isCovered());
+
+    const XWitness &server = plim.server();
+    const WindowOnScreen other(
+        server, server.showPlainWindow(sticky.geometry() + QMargins(60, 60, 60, 60), blue));
+    const auto remove = qScopeGuard([&] { server.destroyWindow(other.id()); });
+    other.activate();
+    QTRY_VERIFY(isCovered());
+
+    const auto pinBy = [&](const std::function<void()> &gesture, bool isPinned) {
+        sticky.activate();
+        if (!QTest::qWaitFor([&] { return sticky.isActive() && !isCovered(); }))
+            return false;
+        gesture();
+        if (!QTest::qWaitFor([&] { return sticky.hasState("_NET_WM_STATE_ABOVE") == isPinned; }))
+            return false;
+        other.activate();
+        return QTest::qWaitFor([&] { return other.isActive(); }) &&
+               QTest::qWaitFor([&] { return isCovered() != isPinned; });
+    };
+    const auto button = [&] { sticky.clickControl(StickyOnScreen::Pin); };
+    const auto keys = [&] { plim.press({u"ctrl+shift+p"_s}); };
+    QVERIFY(pinBy(button, true));
+    QVERIFY(pinBy(button, false));
+    QVERIFY(pinBy(keys, true));
+    QVERIFY(pinBy(keys, false));
+    QCOMPARE(plim.stickies(), {sticky});
+    QVERIFY(sticky.hasState("_NET_WM_STATE_SKIP_TASKBAR"));
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::whateverClosesItKeepsTheLastWords()
+{
+    const ThrowAwayHome home;
+    const QStringList names{u"A"_s, u"B"_s, u"C"_s};
+    storeNotesCalled(home, names);
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    const auto closeByButton = [](const StickyOnScreen &sticky) {
+        sticky.clickControl(StickyOnScreen::Close);
+    };
+    const auto closeByKeys = [](const StickyOnScreen &) { XTools::press({u"ctrl+w"_s}); };
+    const auto closeByDesktop = [](const StickyOnScreen &sticky) { sticky.close(); };
+    const std::function<void(const StickyOnScreen &)> ways[]{closeByKeys, closeByButton,
+                                                             closeByDesktop};
+    for (int note = 0; note < 3; ++note) {
+        plim.mainWindow().activate();
+        QTRY_VERIFY(plim.mainWindow().isActive());
+        QVERIFY(plim.openSticky(note, storedID(note)));
+        const StickyOnScreen sticky = plim.stickies().constLast();
+        sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(330 * (note - 1), 390));
+        QTRY_COMPARE(StoredLayout(home).frames().value(note), sticky.frame());
+    }
+    QStringList left{storedID(0), storedID(1), storedID(2)};
+    QCOMPARE(StoredLayout(home).noteIDs(), left);
+    for (int note = 0; note < 3; ++note) {
+        const StickyOnScreen sticky = plim.stickies().constFirst();
+        sticky.click(StickyOnScreen::page());
+        QTRY_VERIFY(sticky.isActive());
+        plim.type(u"last words"_s);
+        ways[note](sticky);
+        left.removeFirst();
+        QTRY_COMPARE(plim.stickies().size(), left.size());
+        QTRY_COMPARE(StoredLayout(home).noteIDs(), left);
+        QTRY_VERIFY2(plim.bodyOnDisk(note).contains(u"last words"),
+                     qPrintable(plim.bodyOnDisk(note)));
+    }
+    QVERIFY(plim.isRunning());
+    QCOMPARE(plim.notesOnDisk().size(), 3);
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::twoWindowsShowOneNote()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.selectRow(0, storedID(0)));
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    const WindowOnScreen main = plim.mainWindow();
+    sticky.drag(StickyOnScreen::grip(), QPoint(-720, -300)); // off the other one's text
+    QTRY_VERIFY(!main.geometry().intersects(sticky.geometry()));
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
+    const QRect mainPage(464, 60, 500, 300);
+    const QRect stickyPage(12, 40, 270, 280);
+    constexpr int lineOfInk = 150; // more than a caret has
+    const auto write = [&](const WindowOnScreen &window, QPoint place, const QString &words) {
+        window.click(place);
+        if (!QTest::qWaitFor([&] { return window.isActive(); }))
+            return false;
+        plim.press({u"ctrl+End"_s, u"Return"_s});
+        plim.type(words);
+        return QTest::qWaitFor([&] { return plim.bodyOnDisk().contains(words); });
+    };
+    const int inMain = inkIn(main.pixels(mainPage));
+    QVERIFY(write(sticky, StickyOnScreen::page(), u"in the sticky"_s));
+    QTRY_VERIFY(inkIn(main.pixels(mainPage)) > inMain + lineOfInk);
+    const int inSticky = inkIn(sticky.pixels(stickyPage));
+    QVERIFY(write(main, QPoint(700, 300), u"in the main window"_s));
+    QTRY_VERIFY(inkIn(sticky.pixels(stickyPage)) > inSticky + lineOfInk);
+    QVERIFY(write(sticky, StickyOnScreen::page(), u"and again"_s));
+    QCOMPARE(
+        plim.bodyOnDisk(),
+        u"<h1>A</h1><p>about A</p><p>in the sticky</p><p>in the main window</p><p>and again</p>"_s);
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::deletingTheNoteClosesItsCard()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s, u"B"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.openSticky(1, storedID(1)));
+    plim.stickies().constFirst().drag(StickyOnScreen::grip(),
+                                      StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
+    QTRY_COMPARE(StoredLayout(home).frames(), QStringList{plim.stickies().constFirst().frame()});
+    const QJsonArray notes = plim.notesOnDisk();
+    plim.mainWindow().activate();
+    QTRY_VERIFY(plim.mainWindow().isActive());
+    plim.point(row(1));
+    plim.click(QPoint(412, row(1).y()));
+    plim.press({u"shift+Tab"_s, u"shift+Tab"_s, u"Return"_s});
+    QTRY_VERIFY(plim.stickies().isEmpty());
+    QTRY_COMPARE(plim.notesOnDisk().size(), 1);
+    QTRY_VERIFY(StoredLayout(home).noteIDs().isEmpty());
+    plim.click(QPoint(830, 662)); // undo
+    QTRY_COMPARE(plim.notesOnDisk(), notes);
+    plim.sendSignal(SIGTERM);
+    QCOMPARE(plim.exitCode(), 0);
+    QVERIFY(StoredLayout(home).noteIDs().isEmpty());
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+void TestEndToEndStickies::theProgramGoesOnWithoutItsMainWindow()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s, u"B"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.selectRow(0, storedID(0)));
+    QVERIFY(plim.openSticky(1, storedID(1)));
+    const StickyOnScreen sticky = plim.stickies().constFirst();
+    const QRect place = plim.geometry();
+    plim.mainWindow().activate();
+    plim.click(closeMain);
+    QTRY_COMPARE(plim.mainWindow().id(), xcb_window_t(XCB_NONE));
+    sticky.click(StickyOnScreen::page());
+    plim.type(u"alone"_s);
+    QTRY_VERIFY(plim.bodyOnDisk(1).contains(u"alone"));
+
+    // The notebook is where it was, and shows the sticky's note.
+    const QString shown = u"plim.editor: shown \"%1\""_s.arg(storedID(1));
+    const auto count = plim.said().count(shown);
+    sticky.clickControl(StickyOnScreen::Colour);
+    QTRY_VERIFY(plim.optionsOf(sticky));
+    plim.optionsOf(sticky)->click(QPoint(100, 101));
+    QTRY_VERIFY(plim.mainWindow().isActive());
+    QTRY_COMPARE(plim.geometry(), place);
+    QVERIFY(plim.waitUntilSaid(shown, int(count) + 1));
+    plim.click(QPoint(700, 300));
+    plim.press({u"ctrl+End"_s});
+    plim.type(u" together"_s);
+    QTRY_VERIFY(plim.bodyOnDisk(1).contains(u" together"));
+
+    plim.closeWindow();
+    QTRY_COMPARE(plim.mainWindow().id(), xcb_window_t(XCB_NONE));
+    QVERIFY(plim.isRunning());
+    sticky.clickControl(StickyOnScreen::Close);
+    QCOMPARE(plim.exitCode(), 0);
+    QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+QTEST_GUILESS_MAIN(TestEndToEndStickies)
+#include "tst_e2e_stickies.moc"
