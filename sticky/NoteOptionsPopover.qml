@@ -34,6 +34,10 @@ PopoverWindow {
     height: column.height + 2 * Theme.margin
     onIsOpenChanged: root.showSortMenu = false
 
+    WindowShape {
+        window: root
+        radius: Theme.sheetRadius
+    }
     VisualEffectView {
         anchors.fill: parent
         material: VisualEffectView.Sheet
