@@ -199,7 +199,10 @@ void StickyNoteHost::followGeometry()
 {
     if (m_isPlacing || isGliding())
         return;
-    const QRect before = std::exchange(m_frame, m_window->geometry() - margins());
+    const QRect before = m_frame;
+    m_frame = m_window->geometry() - margins();
+    if (!canPlaceWindows())
+        m_frame.moveTopLeft(before.topLeft()); // what is said of its place means nothing
     const bool showedEditor = m_controller->showsEditor();
     m_controller->setHeight(m_frame.height());
     if (before.size() != m_frame.size()) {

@@ -147,7 +147,7 @@ void keepOutOfTaskSwitcher(QWindow &window)
 bool canKeepAbove()
 {
     if (!XServer::connection())
-        return !QGuiApplication::platformName().startsWith("wayland"_L1);
+        return canPlaceWindows();
     const auto supported =
         XServer::property(XServer::root(), XServer::atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
     const uint32_t above = XServer::atom("_NET_WM_STATE_ABOVE");
@@ -161,9 +161,14 @@ void setFrameExtents(QWindow &, const QMargins &) {}
 
 void keepOutOfTaskSwitcher(QWindow &) {}
 
-// On Wayland a program has no say in the order of windows.
 bool canKeepAbove()
+{
+    return canPlaceWindows();
+}
+#endif
+
+// On Wayland a program has no say in where windows are, nor in their order.
+bool canPlaceWindows()
 {
     return !QGuiApplication::platformName().startsWith("wayland"_L1);
 }
-#endif

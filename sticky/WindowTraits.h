@@ -22,3 +22,6 @@ void keepOutOfTaskSwitcher(QWindow &window);
 
 /// Whether a window can stay above the others, as Qt::WindowStaysOnTopHint wants it, here and now.
 [[nodiscard]] bool canKeepAbove();
+
+/// Whether a program knows where its windows are, and can put them anywhere.
+[[nodiscard]] bool canPlaceWindows();

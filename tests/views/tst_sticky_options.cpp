@@ -2,6 +2,7 @@
 #include "core/NotificationCenter.h"
 #include "shell/NoteChoices.h"
 #include "sticky/WindowHolder.h"
+#include "sticky/WindowShape.h"
 #include "tests/page/PageFixture.h"
 #include "tests/views/StickyNotes.h"
 
@@ -77,6 +78,18 @@ private Q_SLOTS:
                            s.item(u"sticky.color"_s)->size().toSize());
         QVERIFY(options->y() > button.bottom());
         QVERIFY(qAbs(options->geometry().center().x() - button.center().x()) <= 1);
+    }
+
+    // Without compositing, what would be see-through is black.
+    void theirCornersAreCutOffWhereNothingIsSeeThrough()
+    {
+        Options s;
+        s.open();
+        const auto *shape = s.openOptions()->findChild<WindowShape *>();
+        QVERIFY(shape);
+        QCOMPARE(shape->window(), s.options());
+        QCOMPARE(shape->radius(), 14);
+        QCOMPARE(shape->shadow(), 0);
     }
 
     void escapeClosesThemAndTheKeyboardGoesBack()
