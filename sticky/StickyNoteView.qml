@@ -35,6 +35,15 @@ FocusScope {
         function onShowsEditorChanged() {
             root.keepKeyboard();
         }
+        // Controls that went out of sight have lost it. Later: whoever brought the window to the
+        // front may have somebody in mind.
+        function onIsActiveChanged() {
+            Qt.callLater(() => {
+                const item = root.Window.activeFocusItem;
+                if (item === root || item === root.Window.contentItem)
+                    root.keepKeyboard();
+            });
+        }
     }
     GlassCard {
         anchors.fill: parent

@@ -68,6 +68,18 @@ private Q_SLOTS:
         QTRY_VERIFY(s.isWriting());
     }
 
+    // The controls go out of sight with the keyboard, and what is not to be seen cannot have it.
+    void aCapsuleThatIsTurnedToAgainHasTheKeyboardOnItsButton()
+    {
+        StickyNotes s;
+        QQuickWindow *window = s.openPage();
+        s.fold();
+        s.leave();
+        QTRY_VERIFY(!s.item(u"sticky.fold"_s)->isVisible());
+        window->requestActivate();
+        QTRY_COMPARE(s.focusedName(), u"sticky.fold"_s);
+    }
+
     void theTabKeyReachesEveryControlAndComesBack()
     {
         StickyNotes s;
