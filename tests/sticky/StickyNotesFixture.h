@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -41,6 +42,8 @@ public:
             window->noteID = noteID;
             window->textSize = textSize;
             made << noteID;
+            if (whenMade)
+                whenMade();
             return window;
         });
     }
@@ -122,6 +125,7 @@ public:
     NoteStore store{home.data()};
     std::optional<Manager> manager;
     QList<QUuid> made; ///< the notes that windows were made for, in order
+    std::function<void()> whenMade; ///< before the manager has it
 
 private:
     StickyDelays m_delays;

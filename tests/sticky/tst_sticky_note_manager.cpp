@@ -349,6 +349,70 @@ private Q_SLOTS:
         }
     }
 
+    void whatIsRestoredAppearsTogether()
+    {
+        Fixture f(3);
+        for (const int i : {0, 1, 2})
+            f.open(i, somewhere);
+        f.restart();
+        int shownBefore = 0; // before all were made
+        f.whenMade = [&] {
+            QVERIFY(f.manager->isRestoring());
+            for (const QUuid &noteID : f.manager->windowOrder())
+                shownBefore += f.window(noteID).timesShown;
+        };
+        QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        QVERIFY(restored.wait());
+        QCOMPARE(shownBefore, 0);
+        QVERIFY(!f.manager->isRestoring());
+        for (const int i : {0, 1, 2})
+            QCOMPARE(f.window(i).timesShown, 1);
+    }
+
+    void nobodyWaitsForVeryMany()
+    {
+        Fixture f(45);
+        QList<StickyLayoutEntry> entries;
+        for (const QUuid &id : f.ids())
+            entries << StickyLayoutEntry{id, somewhere};
+        storeStickyLayout(entries);
+        f.start();
+        QList<int> shownWhenMade;
+        f.whenMade = [&] {
+            int shown = 0;
+            for (const QUuid &noteID : f.manager->windowOrder())
+                shown += f.window(noteID).timesShown;
+            shownWhenMade << shown;
+        };
+        QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        f.manager->restore(f.store);
+        QVERIFY(restored.wait());
+        QCOMPARE(shownWhenMade.size(), 45);
+        for (int i = 0; i < 45; ++i) {
+            QCOMPARE(shownWhenMade[i], i / 20 * 20);
+            QCOMPARE(f.window(i).timesShown, 1);
+        }
+    }
+
+    void oneThatIsAskedForIsNotAwaitedAnyMore()
+    {
+        Fixture f(3);
+        for (const int i : {0, 1, 2})
+            f.open(i, somewhere);
+        f.restart();
+        QUuid asked;
+        f.whenMade = [&] {
+            if (!asked.isNull() || f.manager->windowOrder().isEmpty())
+                return;
+            asked = f.manager->windowOrder().constFirst();
+            f.manager->open(asked, f.store, nullptr, std::nullopt);
+        };
+        QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        QVERIFY(restored.wait());
+        QCOMPARE(f.window(asked).timesInFront, 1);
+        QCOMPARE(f.window(asked).timesShown, 0);
+    }
+
     // Several at once
 
     void thoseThatAreNotOutAreOpenedInOrderAndPacked()
