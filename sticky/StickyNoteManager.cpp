@@ -140,9 +140,11 @@ StickyWindow *StickyNoteManager::make(const QUuid &noteID, NoteStore &store,
 // everybody who asks it for something. Too many at once would keep the main window waiting.
 void StickyNoteManager::await(const StickyWindow *made)
 {
-    if (!made)
+    const auto found = std::ranges::find_if(
+        m_stickies, [made](const Sticky &sticky) { return sticky.window.get() == made; });
+    if (!made || found == m_stickies.end())
         return;
-    m_stickies.back().isAwaited = true;
+    found->isAwaited = true;
     if (std::ranges::count(m_stickies, true, &Sticky::isAwaited) >= mostTogether)
         appearTogether();
 }
