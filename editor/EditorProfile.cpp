@@ -6,27 +6,8 @@
 
 #include <QCoreApplication>
 #include <QQmlEngine>
-#include <QWebEngineScript>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-// The collection has no public header; its methods are those that QML has.
-void insertScript(QQuickWebEngineProfile &profile, const QString &name, const QString &source,
-                  QWebEngineScript::InjectionPoint point)
-{
-    QWebEngineScript script;
-    script.setName(name);
-    script.setSourceCode(source);
-    script.setInjectionPoint(point);
-    script.setWorldId(QWebEngineScript::MainWorld);
-    auto *scripts = profile.property("userScripts").value<QObject *>();
-    [[maybe_unused]] const bool isInserted =
-        QMetaObject::invokeMethod(scripts, "insert", Q_ARG(QWebEngineScript, script));
-    Q_ASSERT(isInserted);
-}
-} // namespace
 
 EditorProfile &EditorProfile::shared()
 {
@@ -51,9 +32,6 @@ QQuickWebEngineProfile *EditorProfile::profile()
     m_profile->setUrlRequestInterceptor(new PageRequestFilter(
         baseUrl().toLocalFile() + u"Fonts"_s, m_imagesDirectory, m_profile));
     QQmlEngine::setObjectOwnership(m_profile, QQmlEngine::CppOwnership);
-    insertScript(*m_profile, u"channel"_s, editorChannelScript(),
-                 QWebEngineScript::DocumentCreation);
-    insertScript(*m_profile, u"page"_s, editorScript(), QWebEngineScript::DocumentReady);
     return m_profile;
 }
 
@@ -61,4 +39,16 @@ QUrl EditorProfile::baseUrl() const
 {
     static const QUrl url = fontBaseURL();
     return url;
+}
+
+QString EditorProfile::channelScript() const
+{
+    static const QString script = editorChannelScript();
+    return script;
+}
+
+QString EditorProfile::pageScript() const
+{
+    static const QString script = editorScript();
+    return script;
 }

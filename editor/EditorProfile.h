@@ -19,6 +19,8 @@ class EditorProfile : public QObject
     QML_SINGLETON
     Q_PROPERTY(QObject *profile READ profile CONSTANT)
     Q_PROPERTY(QUrl baseUrl READ baseUrl CONSTANT)
+    Q_PROPERTY(QString channelScript READ channelScript CONSTANT)
+    Q_PROPERTY(QString pageScript READ pageScript CONSTANT)
 
 public:
     [[nodiscard]] static EditorProfile &shared();
@@ -30,6 +32,8 @@ public:
 
     [[nodiscard]] QQuickWebEngineProfile *profile();
     [[nodiscard]] QUrl baseUrl() const;
+    [[nodiscard]] QString channelScript() const;
+    [[nodiscard]] QString pageScript() const;
 
 private:
     EditorProfile() = default;

@@ -106,5 +106,20 @@ Item {
                 seam.reportLost("load, error " + info.errorCode);
         }
         onRenderProcessTerminated: (status, exitCode) => seam.reportLost("process, status " + status)
+
+        // Of its own: those of the profile do not reach a process that takes a dead one's place.
+        function insertScript(name: string, source: string, point: int) {
+            const script = WebEngine.script();
+            script.name = name;
+            script.sourceCode = source;
+            script.injectionPoint = point;
+            script.worldId = WebEngineScript.MainWorld;
+            view.userScripts.insert(script);
+        }
+
+        Component.onCompleted: {
+            view.insertScript("channel", EditorProfile.channelScript, WebEngineScript.DocumentCreation);
+            view.insertScript("page", EditorProfile.pageScript, WebEngineScript.DocumentReady);
+        }
     }
 }
