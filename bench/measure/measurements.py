@@ -5,7 +5,7 @@ import time
 
 from failure import Failure
 from figures import Figures
-from programs import MAIN_TITLE, Floor, Plim, Probe, run
+from programs import MAIN_TITLE, Floor, GraphicsFloor, Plim, Probe, run
 
 MANY = 20  # stickies
 AFTERWARDS = 1.0  # seconds that the main window is watched after the last sticky is there
@@ -22,7 +22,8 @@ class Restore:
 
     PROGRAMS = {
         "floor, 1 window": (Floor, 1),
-        f"floor, {MANY} windows": (Floor, MANY),
+        f"floor, {MANY} windows": (GraphicsFloor, MANY),
+        f"floor, {MANY} windows, software renderer": (Floor, MANY),
         f"Plim with {MANY} stickies": (Plim, MANY),
     }
 
@@ -31,7 +32,7 @@ class Restore:
         self.work = {name: Figures() for name in self.PROGRAMS}
 
     def check(self):
-        for program in (Floor, Plim):
+        for program in (Floor, GraphicsFloor, Plim):
             with program.started(MANY) as running:
                 running.wait_until_ready()
                 running.check_typing()
@@ -47,10 +48,12 @@ class Restore:
             table.row(name, figures)
         for name, figures in self.work.items():
             table.row(f"{name}: processor", figures)
-        _, floor, plim = self.time.values()
+        _, floor, software, plim = self.time.values()
         table.promise("Plim : floor", plim.median / floor.median, 1.5)
-        _, floor_work, plim_work = self.work.values()
+        table.value("Plim : floor, software renderer", plim.median / software.median, "")
+        _, floor_work, software_work, plim_work = self.work.values()
         table.value("Plim : floor, processor", plim_work.median / floor_work.median, "")
+        table.value("… software renderer", plim_work.median / software_work.median, "")
         table.noise(floor)
 
 

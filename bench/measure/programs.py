@@ -55,7 +55,9 @@ def type_into(window, key):
 
 
 class Floor:
-    """Bare windows with an empty page each."""
+    """Bare windows with an empty page each, drawn as Plim draws its own."""
+
+    ENVIRONMENT = {}
 
     def __init__(self, process, count):
         self.process, self.count = process, count
@@ -63,7 +65,8 @@ class Floor:
     @classmethod
     @contextlib.contextmanager
     def started(cls, count):
-        with _process([f"{BUILD}/bench/floor/plim_floor", str(count)]) as process:
+        command = [f"{BUILD}/bench/floor/plim_floor", str(count)]
+        with _process(command, cls.ENVIRONMENT) as process:
             yield cls(process, count)
 
     def wait_until_ready(self):
@@ -82,6 +85,12 @@ class Floor:
             r"^page \d+ typed$",
             lambda found: f"only {found} of the floor's {self.count} pages took a key",
         )
+
+
+class GraphicsFloor(Floor):
+    """The same with Qt's usual renderer, whether there is a graphics card to help it or not."""
+
+    ENVIRONMENT = {"QT_QUICK_BACKEND": "rhi"}
 
 
 class Plim:
