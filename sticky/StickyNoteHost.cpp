@@ -2,6 +2,7 @@
 
 #include "editor/EditorFlush.h"
 #include "shell/SystemPreferences.h"
+#include "sticky/StickyLog.h"
 #include "sticky/StickyPacking.h"
 #include "sticky/WindowTraits.h"
 
@@ -67,6 +68,11 @@ StickyNoteHost::StickyNoteHost(std::unique_ptr<StickyNoteController> controller,
         m_isResizedByUser = true;
     });
 
+    // The first report comes when the page has its content and its caret.
+    connect(
+        m_controller->controller(), &EditorController::formatStateChanged, this,
+        [this] { Q_EMIT ready(); }, Qt::SingleShotConnection);
+
     m_glide.setDuration(int(std::chrono::milliseconds(glideTime).count()));
     m_glide.setEasingCurve(QEasingCurve::OutCubic);
     connect(&m_glide, &QVariantAnimation::valueChanged, this, [this](const QVariant &topLeft) {
@@ -93,6 +99,7 @@ StickyNoteHost::~StickyNoteHost()
     m_glide.disconnect(this);
     m_glide.stop();
     m_controller->disconnect(this);
+    m_controller->controller()->disconnect(this);
     m_window->disconnect(this);
     m_window->removeEventFilter(this);
     if (m_isClosed && m_keeper)
@@ -174,8 +181,13 @@ bool StickyNoteHost::isHostedBy(const QWindow *window) const
 
 bool StickyNoteHost::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_window.get() && event->type() == QEvent::Close)
-        reportClosed();
+    if (watched == m_window.get()) {
+        if (event->type() == QEvent::Close)
+            reportClosed();
+        else if (event->type() == QEvent::Expose && m_window->isExposed() &&
+                 !std::exchange(m_wasSeen, true))
+            qCDebug(stickyLog) << "visible" << m_controller->noteID().toString(QUuid::WithoutBraces);
+    }
     return StickyWindow::eventFilter(watched, event);
 }
 

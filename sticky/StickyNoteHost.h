@@ -58,4 +58,5 @@ private:
     bool m_isPlacing = false;
     bool m_isResizedByUser = false;
     bool m_isClosed = false;
+    bool m_wasSeen = false;
 };

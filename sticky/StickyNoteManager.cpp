@@ -5,7 +5,10 @@
 #include <QQmlEngine>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -38,6 +41,8 @@ StickyNoteManager::StickyNoteManager(QObject *parent, Screens screens, const Sti
     connect(&m_restoreNext, &QTimer::timeout, this, &StickyNoteManager::restoreNext);
     m_openNext.setSingleShot(true);
     connect(&m_openNext, &QTimer::timeout, this, &StickyNoteManager::openNext);
+    m_appear.setSingleShot(true);
+    connect(&m_appear, &QTimer::timeout, this, &StickyNoteManager::appearTogether);
 }
 
 StickyNoteManager::~StickyNoteManager()
@@ -58,7 +63,7 @@ void StickyNoteManager::setFactory(StickyWindowFactory factory)
 
 void StickyNoteManager::reset()
 {
-    for (QTimer *timer : {&m_packSoon, &m_saveWorkItem, &m_restoreNext, &m_openNext})
+    for (QTimer *timer : {&m_packSoon, &m_saveWorkItem, &m_restoreNext, &m_openNext, &m_appear})
         timer->stop();
     m_screenWatch.reset();
     if (m_store)
@@ -69,6 +74,8 @@ void StickyNoteManager::reset()
     m_stickies.clear();
     m_waiting.clear();
     m_extracting.clear();
+    m_keyboardIsFor.reset();
+    m_isRestoring = false;
     m_isTerminating = false;
     setBeforeArranging({});
     announceWindows();
@@ -136,8 +143,8 @@ StickyWindow *StickyNoteManager::make(const QUuid &noteID, NoteStore &store,
     return made;
 }
 
-// Many windows that come one by one keep the desktop busier than all of them at once, and with it
-// everybody who asks it for something. Too many at once would keep the main window waiting.
+// Many windows that come one by one keep the desktop busier than all of them at once, and while it
+// is busy nobody here gets an answer from it: by then the pages should have all that they need.
 void StickyNoteManager::await(const StickyWindow *made)
 {
     const auto found = std::ranges::find_if(
@@ -145,16 +152,35 @@ void StickyNoteManager::await(const StickyWindow *made)
     if (!made || found == m_stickies.end())
         return;
     found->isAwaited = true;
-    if (std::ranges::count(m_stickies, true, &Sticky::isAwaited) >= mostTogether)
-        appearTogether();
+    if (!m_appear.isActive())
+        m_appear.start(m_delays.appear);
 }
 
 void StickyNoteManager::appearTogether()
 {
+    int appeared = 0;
     for (Sticky &sticky : m_stickies) {
-        if (std::exchange(sticky.isAwaited, false))
-            sticky.window->appear();
+        if (!sticky.isAwaited)
+            continue;
+        if (++appeared > mostTogether) { // too many at once would keep the main window waiting
+            m_appear.start(0ms);
+            return;
+        }
+        sticky.isAwaited = false;
+        sticky.window->appear();
     }
+    if (m_waiting.isEmpty() && m_extracting.isEmpty())
+        finishOpening();
+}
+
+void StickyNoteManager::finishOpening()
+{
+    if (const auto noteID = std::exchange(m_keyboardIsFor, std::nullopt)) {
+        if (StickyWindow *last = window(*noteID))
+            last->bringToFront();
+    }
+    if (std::exchange(m_isRestoring, false))
+        Q_EMIT restored();
 }
 
 void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &store,
@@ -178,18 +204,14 @@ void StickyNoteManager::openNext()
     // Some may have been opened or deleted since they were asked for.
     m_extracting.removeIf(
         [this](const QUuid &noteID) { return find(noteID) || !m_store->note(noteID); });
-    StickyWindow *last = nullptr;
     if (!m_extracting.isEmpty()) {
-        last = make(m_extracting.takeFirst(), *m_store, m_extractionSource, std::nullopt);
-        await(last);
+        m_keyboardIsFor = m_extracting.takeFirst(); // it is the last one's
+        await(make(*m_keyboardIsFor, *m_store, m_extractionSource, std::nullopt));
     }
     if (!m_extracting.isEmpty()) {
         m_openNext.start();
         return;
     }
-    appearTogether();
-    if (last)
-        last->bringToFront();
     packSoon(m_delays.packAfterOpening, [this] {
         rememberArrangement();
         packWindows(windowOrder());
@@ -202,6 +224,7 @@ void StickyNoteManager::restore(NoteStore &store)
         return;
     watch(store);
     m_waiting = loadLayout();
+    m_isRestoring = true;
     m_restoreNext.start();
 }
 
@@ -220,8 +243,8 @@ void StickyNoteManager::restoreNext()
         m_restoreNext.start();
         return;
     }
-    appearTogether();
-    Q_EMIT restored();
+    if (!m_appear.isActive())
+        finishOpening();
 }
 
 void StickyNoteManager::prepareForTermination()
@@ -229,8 +252,8 @@ void StickyNoteManager::prepareForTermination()
     if (!m_factory || m_isTerminating)
         return;
     m_isTerminating = true;
-    m_restoreNext.stop();
-    m_openNext.stop();
+    for (QTimer *timer : {&m_restoreNext, &m_openNext, &m_appear})
+        timer->stop();
     for (Sticky &sticky : m_stickies)
         sticky.lastFrame = frameToKeep(sticky);
     m_saveWorkItem.stop();
@@ -251,7 +274,9 @@ void StickyNoteManager::resumeAfterTermination()
         return sticky.isClosed;
     });
     announceWindows();
+    m_isRestoring = true;
     m_restoreNext.start();
+    m_appear.start(m_delays.appear);
     if (!m_extracting.isEmpty())
         m_openNext.start();
 }
@@ -301,6 +326,10 @@ StickyNoteManager::Sticky *StickyNoteManager::find(const QUuid &noteID)
 
 void StickyNoteManager::connectWindow(const QUuid &noteID, StickyWindow &window)
 {
+    connect(&window, &StickyWindow::ready, this, [this] {
+        if (m_appear.isActive())
+            m_appear.start(0ms);
+    });
     connect(&window, &StickyWindow::moved, this, [=, this] { windowDidMove(noteID); });
     connect(&window, &StickyWindow::resized, this, [=, this] { windowDidResize(noteID); });
     connect(&window, &StickyWindow::closed, this, [=, this] { windowWillClose(noteID); });

@@ -26,6 +26,7 @@ class QQmlEngine;
 /// How long the manager waits for more of the same.
 struct StickyDelays {
     std::chrono::milliseconds save{350};
+    std::chrono::milliseconds appear{300}; ///< at most, for something to show
     std::chrono::milliseconds packAfterOpening{200};
     std::chrono::milliseconds packAfterFolding{100}; ///< that is, collapsing or expanding all
 };
@@ -66,7 +67,7 @@ public:
     /// and still has that frame until its user moves it.
     [[nodiscard]] QHash<QUuid, StickyFrame> lastFrames() const;
     /// Windows of the saved layout are still to be opened.
-    [[nodiscard]] bool isRestoring() const { return !m_waiting.isEmpty(); }
+    [[nodiscard]] bool isRestoring() const { return !m_waiting.isEmpty() || m_isRestoring; }
     [[nodiscard]] bool isTerminating() const { return m_isTerminating; }
     [[nodiscard]] bool canUndoArrange() const { return !m_beforeArranging.isEmpty(); }
 
@@ -75,7 +76,8 @@ public:
     virtual void open(const QUuid &noteID, NoteStore &store, QWindow *sourceWindow,
                       std::optional<StickyFrame> frame);
     /// Opens those of the notes that have no window, in this order, and packs the windows. One is made
-    /// in each turn of the event loop, and they appear together; the last one gets the keyboard.
+    /// in each turn of the event loop, and they appear together, once the first has something to show;
+    /// the last one gets the keyboard.
     virtual void openAll(const QList<QUuid> &noteIDs, NoteStore &store, QWindow *sourceWindow);
     /// Opens the windows of the saved layout in the same way, but none of them takes the keyboard:
     /// its user may be typing by then.
@@ -145,6 +147,7 @@ private:
                                      const QWindow *sourceWindow, std::optional<StickyFrame> frame);
     void await(const StickyWindow *made);
     void appearTogether();
+    void finishOpening();
 
     // Frames
     [[nodiscard]] StickyFrame newFrame(const QWindow *sourceWindow) const;
@@ -175,13 +178,16 @@ private:
     QList<StickyLayoutEntry> m_waiting; ///< of the saved layout, and not open yet
     QList<QUuid> m_extracting;          ///< asked for together, and not open yet
     QPointer<QWindow> m_extractionSource;
+    std::optional<QUuid> m_keyboardIsFor; ///< once it appears
     QHash<QUuid, Arrangement> m_beforeArranging;
     std::function<void()> m_pack;
     QTimer m_packSoon;
     QTimer m_saveWorkItem;
     QTimer m_restoreNext;
     QTimer m_openNext;
+    QTimer m_appear;
     std::unique_ptr<QObject> m_screenWatch;
+    bool m_isRestoring = false;
     bool m_isTerminating = false;
     bool m_isRefusalLogged = false;
 };

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] virtual bool isHostedBy(const QWindow *window) const = 0;
 
 Q_SIGNALS:
+    /// What it shows is there, be it in sight or not; once.
+    void ready();
     void moved();
     void resized();
     /// By whomever, before anything of it is taken down; once.

@@ -125,8 +125,13 @@ class Plim:
         )
 
     def wait_until_ready(self):
-        """Seconds until the page of every sticky has its content and its caret."""
-        return self.wait_for_shown(self.stickies) - self.process.started
+        """Seconds until every sticky is on the screen and its page has its content and its caret."""
+        seen = self.process.wait_for_lines(
+            self.stickies,
+            r"^plim\.sticky: visible",
+            lambda found: f"{self.stickies} stickies were to come up, and {found} did",
+        )
+        return max(seen, self.wait_for_shown(self.stickies) - self.process.started)
 
     def wait_for_shown(self, count):
         """When so many notes had been shown, in seconds of the monotonic clock."""

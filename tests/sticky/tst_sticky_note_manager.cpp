@@ -377,21 +377,57 @@ private Q_SLOTS:
             entries << StickyLayoutEntry{id, somewhere};
         storeStickyLayout(entries);
         f.start();
-        QList<int> shownWhenMade;
-        f.whenMade = [&] {
-            int shown = 0;
+        const auto shown = [&f] {
+            int count = 0;
             for (const QUuid &noteID : f.manager->windowOrder())
-                shown += f.window(noteID).timesShown;
-            shownWhenMade << shown;
+                count += f.window(noteID).timesShown;
+            return count;
         };
+        int shownBefore = 0; // before all were made
+        f.whenMade = [&] { shownBefore += shown(); };
+        QSet<int> counts;
+        QTimer everyTurn;
+        connect(&everyTurn, &QTimer::timeout, this, [&] { counts << shown(); });
         QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
         f.manager->restore(f.store);
+        everyTurn.start(0);
         QVERIFY(restored.wait());
-        QCOMPARE(shownWhenMade.size(), 45);
-        for (int i = 0; i < 45; ++i) {
-            QCOMPARE(shownWhenMade[i], i / 20 * 20);
+        everyTurn.stop();
+        QCOMPARE(shownBefore, 0);
+        QCOMPARE(counts, (QSet<int>{0, 20, 40}));
+        QCOMPARE(shown(), 45);
+    }
+
+    void theyAppearAsSoonAsOneHasSomethingToShow()
+    {
+        Fixture f(3, {.appear = 10min});
+        for (const int i : {0, 1, 2})
+            f.open(i, somewhere);
+        f.restart();
+        QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        QTRY_COMPARE(f.made.size(), 3);
+        QVERIFY(f.manager->isRestoring());
+        QCOMPARE(f.window(0).timesShown, 0);
+        Q_EMIT f.window(1).ready();
+        QTRY_COMPARE(restored.count(), 1);
+        for (const int i : {0, 1, 2})
             QCOMPARE(f.window(i).timesShown, 1);
-        }
+    }
+
+    void noneAppearsWhileTheProgramEnds()
+    {
+        Fixture f(2);
+        for (const int i : {0, 1})
+            f.open(i, somewhere);
+        f.restart();
+        QTRY_COMPARE(f.made.size(), 2);
+        f.manager->prepareForTermination();
+        Q_EMIT f.window(0).ready();
+        QTest::qWait(400); // longer than anybody is waited for
+        QCOMPARE(f.window(0).timesShown, 0);
+        f.manager->resumeAfterTermination();
+        QTRY_COMPARE(f.window(0).timesShown, 1);
+        QTRY_COMPARE(f.window(1).timesShown, 1);
     }
 
     void oneThatIsAskedForIsNotAwaitedAnyMore()
@@ -427,9 +463,10 @@ private Q_SLOTS:
         f.manager->openAll({f.id(3), f.id(2), f.id(0)}, f.store, &source);
         QTRY_COMPARE(f.made, (QList{f.id(3), f.id(0)}));
         QCOMPARE(f.window(2).timesInFront, 1);
-        QCOMPARE(f.window(3).timesInFront, 0); // the keyboard goes to the last one
+        Q_EMIT f.window(3).ready();
+        QTRY_COMPARE(f.window(0).timesInFront, 1); // the keyboard goes to the last one
+        QCOMPARE(f.window(3).timesInFront, 0);
         QCOMPARE(f.window(3).timesShown, 1);
-        QCOMPARE(f.window(0).timesInFront, 1);
         for (const int i : {3, 0})
             QCOMPARE(f.frame(i), (StickyFrame{136, 264, 300, 340}));
         QCOMPARE(f.frame(2), somewhere);
