@@ -13,6 +13,7 @@ Item {
     required property color noteColor
     required property bool isEditorWanted ///< the web engine may be started
     property var value ///< RichTextEditor, the note shown
+    property bool isShown: true
     property bool showColorPicker: false
     property bool pickerJustClosed: false
     readonly property alias controller: editorController
@@ -23,6 +24,9 @@ Item {
     signal edited(noteID: var, html: string)
 
     objectName: "editorView"
+    // Not by its visibility: the web engine does not survive that a hidden page's process dies.
+    opacity: root.isShown ? 1 : 0
+    enabled: root.isShown
 
     EditorController {
         id: editorController

@@ -1,8 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtWebChannel // qmllint disable import
-import QtWebEngine
 import Plim.Editor
 import Plim.Shell
 
@@ -33,93 +31,36 @@ Item {
     EditorWebView {
         id: seam
 
-        isFirstResponder: view.activeFocus
+        isFirstResponder: page.item?.activeFocus ?? false
 
-        onScriptRequested: (ticket, script) => view.runJavaScript(script, result => seam.finishScript(ticket, result))
-        onScriptRequestedWithoutResult: script => view.runJavaScript(script)
-        onLoadRequested: document => view.loadPage(document)
-        onFocusRequested: view.forceActiveFocus()
-        onLayoutRequested: view.layOutAgain()
+        onScriptRequested: (ticket, script) => page.item.runJavaScript(script, result => seam.finishScript(ticket, result))
+        onScriptRequestedWithoutResult: script => page.item.runJavaScript(script)
+        onLoadRequested: document => {
+            if (page.item.isSpent)
+                page.renew();
+            page.item.loadPage(document);
+        }
+        onFocusRequested: page.item.forceActiveFocus()
+        onLayoutRequested: page.layOutAgain()
     }
 
-    WebEngineView {
-        id: view
+    Loader {
+        id: page
 
-        property bool isLoadingPage: false
-
-        function loadPage(document: string) {
-            view.isLoadingPage = true;
-            view.loadHtml(document, EditorProfile.baseUrl);
+        function renew() {
+            page.source = "";
+            page.setSource("EditorPageView.qml", {
+                seam: seam
+            });
         }
         // Only another size makes the engine draw what it takes for drawn.
         function layOutAgain() {
-            view.anchors.margins = -1;
-            view.anchors.margins = 0;
-            view.update();
+            page.anchors.margins = -1;
+            page.anchors.margins = 0;
+            page.item.update();
         }
 
         anchors.fill: parent
-        objectName: "editorWebView"
-        backgroundColor: "transparent"
-        profile: EditorProfile.profile as WebEngineProfile
-        webChannel: WebChannel {
-            Component.onCompleted: registerObject("host", seam.messages)
-        }
-
-        settings.localContentCanAccessRemoteUrls: false
-        settings.localContentCanAccessFileUrls: true
-        settings.javascriptCanOpenWindows: false
-        settings.javascriptCanAccessClipboard: false
-        settings.javascriptCanPaste: false
-        settings.autoLoadIconsForPage: false
-        settings.errorPageEnabled: false
-        settings.pluginsEnabled: false
-        settings.pdfViewerEnabled: false
-        settings.hyperlinkAuditingEnabled: false
-        settings.localStorageEnabled: false
-        settings.dnsPrefetchEnabled: false
-        settings.focusOnNavigationEnabled: false
-        settings.showScrollBars: false
-
-        // The view never navigates: it takes the page that it is given, and nothing after it.
-        onNavigationRequested: request => {
-            if (view.isLoadingPage && request.isMainFrame)
-                request.accept();
-            else
-                request.reject();
-        }
-        onNewWindowRequested: request => {}
-        onContextMenuRequested: request => request.accepted = true
-        onFeaturePermissionRequested: (origin, feature) => view.grantFeaturePermission(origin, feature, false)
-        onFileDialogRequested: request => request.dialogReject()
-        onJavaScriptDialogRequested: request => request.dialogReject()
-        onFullScreenRequested: request => request.reject()
-
-        // A refused navigation ends as a failed load, too, and leaves the page as it was.
-        onLoadingChanged: info => {
-            if (!view.isLoadingPage || info.status === WebEngineView.LoadStartedStatus)
-                return;
-            view.isLoadingPage = false;
-            if (info.status === WebEngineView.LoadSucceededStatus)
-                seam.reportLoaded();
-            else
-                seam.reportLost("load, error " + info.errorCode);
-        }
-        onRenderProcessTerminated: (status, exitCode) => seam.reportLost("process, status " + status)
-
-        // Of its own: those of the profile do not reach a process that takes a dead one's place.
-        function insertScript(name: string, source: string, point: int) {
-            const script = WebEngine.script();
-            script.name = name;
-            script.sourceCode = source;
-            script.injectionPoint = point;
-            script.worldId = WebEngineScript.MainWorld;
-            view.userScripts.insert(script);
-        }
-
-        Component.onCompleted: {
-            view.insertScript("channel", EditorProfile.channelScript, WebEngineScript.DocumentCreation);
-            view.insertScript("page", EditorProfile.pageScript, WebEngineScript.DocumentReady);
-        }
+        Component.onCompleted: page.renew()
     }
 }

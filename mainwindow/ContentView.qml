@@ -111,7 +111,7 @@ Window {
             width: parent.width + root.cornerRadius
             height: parent.height
             radius: root.cornerRadius
-            color: editorView.visible ? editorView.noteColor : Theme.emptyPane
+            color: editorView.isShown ? editorView.noteColor : Theme.emptyPane
 
             Behavior on color {
                 ColorAnimation {
@@ -122,18 +122,18 @@ Window {
         WindowDragArea {
             objectName: "paneDragArea"
             width: parent.width
-            height: editorView.visible ? Theme.editorTop : parent.height
+            height: editorView.isShown ? Theme.editorTop : parent.height
         }
         EditorView {
             id: editorView
 
             anchors.fill: parent
-            visible: !root.isSelectionMode && root.content.hasEditedNote
+            isShown: !root.isSelectionMode && root.content.hasEditedNote
             noteColor: root.content.paneColor
             isEditorWanted: root.content.isEditorWanted
             value: root.content.editedNote
             pickerJustClosed: popover.justClosed
-            onVisibleChanged: keyboardCheck.start()
+            onIsShownChanged: keyboardCheck.start()
             onEdited: (noteID, html) => root.content.applyEdit(noteID, html)
             onShowColorPickerChanged: {
                 if (editorView.showColorPicker)

@@ -23,6 +23,12 @@ QPoint AnchoredPlacement::below(QQuickItem *item, QSizeF size) const
                  item->window()->screen()->availableGeometry());
 }
 
+void AnchoredPlacement::putBelow(QWindow *window, QQuickItem *item, QSizeF size) const
+{
+    if (window)
+        window->setGeometry(QRect(below(item, size), size.toSize()));
+}
+
 QPoint AnchoredPlacement::belowPointer(QSizeF size) const
 {
     const QPoint pointer = QCursor::pos();

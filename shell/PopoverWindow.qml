@@ -7,6 +7,7 @@ Window {
     id: root
 
     required property Item anchor
+    required property size contentSize
     default property alias content: surface.data
     property bool isOpen: false
     /// The press that closed it may be one on the control that opens it: that is not to open it again.
@@ -14,11 +15,13 @@ Window {
 
     signal closed()
 
+    // Place and size at once: told one by one, a window system may mix an old place with a new size.
+    function place(): void {
+        AnchoredPlacement.putBelow(root, root.anchor, root.contentSize);
+    }
     function open(): void {
-        const place = AnchoredPlacement.below(root.anchor, Qt.size(root.width, root.height));
         root.transientParent = root.anchor.Window.window;
-        root.x = place.x;
-        root.y = place.y;
+        root.place();
         root.visible = true;
         root.requestActivate();
         surface.forceActiveFocus(Qt.PopupFocusReason);
@@ -33,6 +36,10 @@ Window {
 
     flags: Qt.Dialog | Qt.FramelessWindowHint | Qt.NoDropShadowWindowHint
     color: "transparent"
+    onContentSizeChanged: {
+        if (root.visible)
+            root.place();
+    }
     // A window that the desktop closes does not tell that by its visibility.
     onClosing: {
         root.visible = false;

@@ -30,8 +30,7 @@ PopoverWindow {
         action.trigger();
     }
 
-    width: column.width + 2 * Theme.margin
-    height: column.height + 2 * Theme.margin
+    contentSize: Qt.size(column.width + 2 * Theme.margin, column.height + 2 * Theme.margin)
     onIsOpenChanged: root.showSortMenu = false
 
     WindowShape {

@@ -134,6 +134,7 @@ void StickyNoteHost::setFrame(const QRect &frame, Motion motion)
 void StickyNoteHost::appear()
 {
     show(false);
+    m_window->raise();
 }
 
 void StickyNoteHost::bringToFront()

@@ -189,6 +189,8 @@ void StickyNoteManager::openAll(const QList<QUuid> &noteIDs, NoteStore &store,
     if (!canOpen())
         return;
     watch(store);
+    for (const Sticky &sticky : m_stickies)
+        sticky.window->appear(); // they are arranged with the new ones
     m_extractionSource = sourceWindow;
     for (const QUuid &noteID : noteIDs) {
         if (!m_activeNoteIDs.contains(noteID) && !m_extracting.contains(noteID))

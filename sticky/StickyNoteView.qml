@@ -88,7 +88,10 @@ FocusScope {
         anchors.leftMargin: Theme.stickyLeading
         anchors.rightMargin: Theme.stickyTrailing
         anchors.bottomMargin: -Theme.stickyOverhang
-        visible: root.note.showsEditor && root.note.hasNote
+        // Not by its visibility: the web engine does not survive that a hidden page's process dies.
+        enabled: root.note.showsEditor && root.note.hasNote
+        opacity: editor.enabled ? 1 : 0
+        Accessible.ignored: !editor.enabled
         value: root.note.editedNote
         controller: root.note.controller
         onEdited: (noteID, html) => root.note.applyEdit(noteID, html)

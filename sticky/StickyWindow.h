@@ -23,7 +23,7 @@ public:
     /// While it glides to a new place: that place.
     [[nodiscard]] virtual QRect frame() const = 0;
     virtual void setFrame(const QRect &frame, Motion motion) = 0;
-    /// Shows it and leaves the keyboard where it is.
+    /// Shows it in front of the others and leaves the keyboard where it is.
     virtual void appear() = 0;
     /// Shows it in front of the others, with the keyboard; wherever it was, minimised, too.
     virtual void bringToFront() = 0;

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void twoWindowsShowOneNote();
     void deletingTheNoteClosesItsCard();
     void theProgramGoesOnWithoutItsMainWindow();
+    void aDeadRendererTakesNobodyAlong();
 };
 
 void TestEndToEndStickyNotes::whateverClosesItKeepsTheLastWords()
@@ -173,6 +174,35 @@ void TestEndToEndStickyNotes::theProgramGoesOnWithoutItsMainWindow()
     sticky.clickControl(StickyOnScreen::Close);
     QCOMPARE(plim.exitCode(), 0);
     QCOMPARE(plim.warnings().join(u'\n'), QString());
+}
+
+// One page is in sight, one behind a capsule, and the main window's own shows nothing.
+void TestEndToEndStickyNotes::aDeadRendererTakesNobodyAlong()
+{
+    const ThrowAwayHome home;
+    storeNotesCalled(home, {u"A"_s, u"B"_s});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    QVERIFY(plim.openSticky(0, storedID(0)));
+    const StickyOnScreen folded = plim.stickies().constLast();
+    XTools::press({u"ctrl+m"_s});
+    QTRY_COMPARE(folded.geometry().height(), 56);
+    plim.mainWindow().activate();
+    QTRY_VERIFY(plim.mainWindow().isActive());
+    QVERIFY(plim.openSticky(1, storedID(1)));
+    const StickyOnScreen open = plim.stickies().constLast();
+    const qint64 renderer = plim.rendererId();
+    QVERIFY(renderer > 0);
+    ::kill(pid_t(renderer), SIGKILL);
+    for (const int note : {0, 1})
+        QVERIFY(plim.waitUntilSaid(u"plim.editor: shown \"%1\""_s.arg(storedID(note).toLower()), 2));
+    QTRY_VERIFY(open.showsText());
+    open.click(StickyOnScreen::page());
+    QTRY_VERIFY(open.isActive());
+    plim.type(u"after"_s);
+    QTRY_VERIFY2(plim.bodyOnDisk(1).contains(u"after"), qPrintable(plim.bodyOnDisk(1)));
+    plim.sendSignal(SIGTERM);
+    QCOMPARE(plim.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestEndToEndStickyNotes)

@@ -67,7 +67,7 @@ QQuickWindow *StickyNotes::openPage(int index)
     if (!QTest::qWaitFor(isShown, 30'000))
         qFatal("The page does not show the note");
     // The page puts the caret into what it was given a moment later.
-    js(u"window.hasSettled = false;"
+    (void)js(u"window.hasSettled = false;"
        "setTimeout(() => { window.hasSettled = true; }, 2 * FOCUS_DELAY); null"_s,
        index);
     if (!QTest::qWaitFor([&] { return js(u"window.hasSettled"_s, index).toBool(); }))

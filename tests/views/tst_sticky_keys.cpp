@@ -105,7 +105,7 @@ private Q_SLOTS:
                                    u"sticky.close"_s};
         for (int i = 0; i < 5 && !controls.contains(s.focusedName()); ++i) {
             press(window, Qt::Key_Tab, Qt::ShiftModifier);
-            QTest::qWaitFor([&] { return controls.contains(s.focusedName()); }, 500);
+            (void)QTest::qWaitFor([&] { return controls.contains(s.focusedName()); }, 500);
         }
         QVERIFY2(controls.contains(s.focusedName()), qPrintable(s.focusedName()));
     }
