@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -93,14 +94,6 @@ qsizetype commentEnd(QStringView html, qsizetype start)
     return -1;
 }
 
-bool holdsRawText(const HtmlToken &token)
-{
-    static constexpr std::array names{"script"_L1, "style"_L1,  "textarea"_L1, "title"_L1,
-                                      "xmp"_L1,    "iframe"_L1, "noembed"_L1,  "noframes"_L1};
-    return token.kind == HtmlToken::Kind::startTag &&
-           std::ranges::any_of(names, [&](QLatin1StringView name) { return token.isNamed(name); });
-}
-
 /// Where the content of an element without markup ends: at its end tag, or with the text.
 qsizetype rawTextEnd(QStringView html, qsizetype start, QStringView name)
 {
@@ -125,14 +118,25 @@ public:
 
     std::vector<HtmlToken> run()
     {
-        qsizetype at = m_html.indexOf(u'<');
-        while (at >= 0 && at + 1 < m_html.size()) {
-            at = readMarkup(at);
-            at = m_html.indexOf(u'<', at);
+        while (step()) {
         }
-        emitUpTo(m_html.size(), HtmlToken::Kind::text);
         return std::move(m_tokens);
     }
+
+    /// Reads on to behind the next piece of markup; false when there is none.
+    bool step()
+    {
+        const qsizetype at = m_html.indexOf(u'<', m_next);
+        if (at < 0 || at + 1 >= m_html.size()) {
+            emitUpTo(m_html.size(), HtmlToken::Kind::text);
+            return false;
+        }
+        m_next = readMarkup(at);
+        return true;
+    }
+
+    /// What the steps since the last call have read.
+    std::vector<HtmlToken> take() { return std::exchange(m_tokens, {}); }
 
 private:
     /// Reads what begins with the '<' at `at`; returns where to look for the next.
@@ -175,13 +179,52 @@ private:
 
     QStringView m_html;
     std::vector<HtmlToken> m_tokens;
+    qsizetype m_next = 0; ///< where to look for markup
     qsizetype m_emitted = 0;
 };
+
+/// Behind the first white space from there on, or -1.
+qsizetype behindSpace(QStringView text, qsizetype from)
+{
+    const auto space = std::find_if(text.begin() + from, text.end(), isHtmlSpace);
+    return space == text.end() ? -1 : space - text.begin() + 1;
+}
 } // namespace
+
+bool HtmlToken::isOneOf(std::span<const QLatin1StringView> names) const
+{
+    return std::ranges::any_of(names, [this](QLatin1StringView each) { return isNamed(each); });
+}
 
 std::vector<HtmlToken> htmlTokens(QStringView html)
 {
     return Tokenizer(html).run();
+}
+
+qsizetype htmlPieceEnd(QStringView html, qsizetype size, bool (*isGoodBeginning)(QStringView rest))
+{
+    Tokenizer tokenizer(html);
+    qsizetype at = 0;
+    for (bool isMore = true; isMore;) {
+        isMore = tokenizer.step();
+        for (const HtmlToken &token : tokenizer.take()) {
+            const bool isText = token.kind == HtmlToken::Kind::text;
+            // What is verbatim may belong to the tag before it, an end tag to the words before.
+            const bool canBegin = isText || token.kind == HtmlToken::Kind::startTag;
+            if ((at >= size && token.isTag() && isGoodBeginning(html.sliced(at))) ||
+                (at >= 2 * size && canBegin))
+                return at;
+            const qsizetype end = at + token.source.size();
+            if (isText && end > 2 * size) {
+                const qsizetype cut =
+                    behindSpace(token.source, std::max<qsizetype>(2 * size - at, 0));
+                if (cut > 0 && at + cut < end)
+                    return at + cut;
+            }
+            at = end;
+        }
+    }
+    return at;
 }
 
 std::vector<HtmlAttribute> htmlAttributes(const HtmlToken &tag)
@@ -191,6 +234,13 @@ std::vector<HtmlAttribute> htmlAttributes(const HtmlToken &tag)
     readTag(tag.source, nameEnd,
             [&](const HtmlAttribute &attribute) { attributes.push_back(attribute); });
     return attributes;
+}
+
+bool holdsRawText(const HtmlToken &token)
+{
+    static constexpr std::array names{"script"_L1, "style"_L1,  "textarea"_L1, "title"_L1,
+                                      "xmp"_L1,    "iframe"_L1, "noembed"_L1,  "noframes"_L1};
+    return token.kind == HtmlToken::Kind::startTag && token.isOneOf(names);
 }
 
 bool isHtmlSpace(QChar c)

@@ -60,12 +60,27 @@ std::optional<QByteArray> decodedPayload(QStringView match)
 }
 
 /// Adds a tag with its inline pictures moved out; true when there were any.
-bool appendMigrated(QString &html, const QString &tag, const QString &imagesDirectory)
+bool appendMigrated(QString &html, const HtmlToken &token, const QString &imagesDirectory)
 {
+    const QString tag = token.source.toString();
+    const std::vector<HtmlAttribute> attributes = htmlAttributes(token);
+    auto attribute = attributes.begin();
+    // What is an attribute of its own, and not words in another's value: other quotes would end
+    // that.
+    const auto isAttribute = [&](qsizetype start, qsizetype end) {
+        while (attribute != attributes.end() && attribute->end < end)
+            ++attribute;
+        if (attribute == attributes.end() || attribute->end != end || start < attribute->start)
+            return false;
+        const qsizetype nameStart = attribute->name.data() - token.source.data();
+        return start < nameStart + attribute->name.size();
+    };
     bool changed = false;
     qsizetype copied = 0;
     for (auto it = inlineImageRegex().globalMatch(tag); it.hasNext();) {
         const QRegularExpressionMatch match = it.next();
+        if (!isAttribute(match.capturedStart(), match.capturedEnd()))
+            continue;
         const std::optional<QByteArray> data = decodedPayload(match.capturedView());
         if (!data)
             continue;
@@ -92,8 +107,7 @@ MigratedHTML migrateImages(const QString &html, const QString &imagesDirectory)
     migrated.html.reserve(html.size());
     for (const HtmlToken &token : htmlTokens(html)) { // only in tags: words may speak of sources
         if (token.isTag() && token.source.contains(mark))
-            migrated.changed |=
-                appendMigrated(migrated.html, token.source.toString(), imagesDirectory);
+            migrated.changed |= appendMigrated(migrated.html, token, imagesDirectory);
         else
             migrated.html += token.source;
     }
@@ -118,7 +132,8 @@ std::optional<QUrl> storeImageData(const QByteArray &data, const QString &extens
     const QString path =
         imagesDirectory + u'/' + uuidText(QUuid::createUuid()) + u'.' + extension.toLower();
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.flush() ||
+        !file.commit()) { // the commit alone takes a part for the whole
         qCWarning(plimCore).noquote() << u"Failed to store image: "_s + file.errorString();
         return std::nullopt;
     }

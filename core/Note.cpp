@@ -1,6 +1,8 @@
 #include "core/Note.h"
 
 #include "core/NoteColor.h"
+#include "core/NoteLines.h"
+#include "core/PlainTextPieces.h"
 #include "core/String+HTML.h"
 
 #include <QJsonValue>
@@ -12,6 +14,21 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 constexpr int previewWords = 16;
+constexpr int previewPieces = 8;              ///< of the text, in which the words are looked for
+constexpr qsizetype previewCharacters = 1000; ///< more than the words take, unless one never ends
+
+/// The last word may go on behind the text.
+bool fillsPreview(const QString &text)
+{
+    if (text.size() > 2 * previewCharacters)
+        return true;
+    int words = 0;
+    for (const QStringView line : qTokenize(text, u'\n')) {
+        for ([[maybe_unused]] const QStringView word : qTokenize(line, u' ', Qt::SkipEmptyParts))
+            ++words;
+    }
+    return words > previewWords;
+}
 
 NoteTextSize lenientTextSize(const QString &text)
 {
@@ -74,7 +91,8 @@ private:
 
 QString uuidText(const QUuid &id)
 {
-    return id.toString(QUuid::WithoutBraces).toUpper();
+    // Upper case of a QString takes ten times as long.
+    return QString::fromLatin1(id.toByteArray(QUuid::WithoutBraces).toUpper());
 }
 
 // QUuid alone reads more than files may hold: braces, and any text of which it takes the beginning.
@@ -147,22 +165,25 @@ QString Note::headingText() const
 
 QString Note::previewText(const QString &placeholder) const
 {
-    QString text = body;
+    QString rest = body;
     if (const std::optional<FirstHeading> heading = firstHeading(body))
-        text.remove(heading->start, heading->length);
-    text = slowStrippingHTML(text);
+        rest.remove(heading->start, heading->length);
+
+    QString text;
+    PlainTextPieces pieces(rest);
+    for (int read = 0; read < previewPieces && !pieces.isAtEnd() && !fillsPreview(text); ++read)
+        text += pieces.next();
     text.replace(u'\n', u' ');
-    replaceEach(text, "  "_L1, u' ');
 
     QString preview;
     int words = 0;
     for (const QStringView word :
          qTokenize(QStringView(text).trimmed(), u' ', Qt::SkipEmptyParts)) {
-        if (++words > previewWords)
+        if (++words > previewWords || preview.size() > previewCharacters)
             break;
         if (!preview.isEmpty())
             preview += u' ';
         preview += word;
     }
-    return preview.isEmpty() ? placeholder : preview;
+    return preview.isEmpty() ? placeholder : lineOf(preview);
 }

@@ -2,6 +2,7 @@
 
 #include "core/CoreLog.h"
 #include "core/NotesJson.h"
+#include "core/ThreadJob.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -13,20 +14,39 @@
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 
+namespace
+{
+constexpr auto savePause = 500ms; ///< without changes, before they are written
+constexpr auto longestUnsaved = 5s;
+} // namespace
+
 NoteStore::NoteStore(const QString &dataDirectory, Clock clock, QObject *parent)
     : QObject(parent), m_file(dataDirectory), m_clock(std::move(clock))
 {
+    beginSaving();
+    load();
+}
+
+NoteStore::NoteStore(const QString &dataDirectory, NotesAhead &ahead)
+    : m_file(dataDirectory), m_clock(&Timestamp::now)
+{
+    beginSaving();
+    load(ahead.take());
+}
+
+void NoteStore::beginSaving()
+{
     m_saveWorkItem.setSingleShot(true);
     m_saveWorkItem.setTimerType(Qt::PreciseTimer);
-    m_saveWorkItem.setInterval(500ms);
     connect(&m_saveWorkItem, &QTimer::timeout, this, [this] { performSave(false); });
+    connect(&m_retry, &SaveRetry::due, this, [this] { performSave(false); });
+    connect(&m_retry, &SaveRetry::failingSinceChanged, this, &NoteStore::savingFailsSinceChanged);
 
     m_saveQueue.setObjectName(u"org.plim.Plim.save"_s);
     m_saveQueue.setMaxThreadCount(1); // one write at a time, in the order they were asked for
     m_saveQueue.setThreadPriority(QThread::LowPriority);
 
     m_file.createDirectories();
-    load();
     if (QCoreApplication *application = QCoreApplication::instance())
         connect(application, &QCoreApplication::aboutToQuit, this, &NoteStore::flush);
 }
@@ -182,9 +202,13 @@ void NoteStore::moveNoteToEnd(const QUuid &noteID)
         relocate(from, m_notes.size() - 1);
 }
 
+// Who never pauses does not wait for ever either.
 void NoteStore::save()
 {
-    m_saveWorkItem.start();
+    if (!m_saveWorkItem.isActive()) // another try that is to come counts for nothing here
+        m_unsavedSince.start();
+    const auto left = longestUnsaved - std::chrono::milliseconds(m_unsavedSince.elapsed());
+    m_saveWorkItem.start(std::clamp<std::chrono::milliseconds>(left, 0ms, savePause));
 }
 
 void NoteStore::flush()
@@ -194,6 +218,14 @@ void NoteStore::flush()
         performSave(true);
 }
 
+void NoteStore::settle()
+{
+    if (hasPendingSave()) // else: each write costs the oldest backup
+        flush();
+    else
+        m_saveQueue.waitForDone();
+}
+
 std::vector<NotesBackup> NoteStore::availableBackups() const
 {
     return m_file.availableBackups();
@@ -201,22 +233,43 @@ std::vector<NotesBackup> NoteStore::availableBackups() const
 
 void NoteStore::performSave(bool sync)
 {
-    m_saveQueue.start([this, notes = m_notes, file = m_file] {
-        bool ok = false;
-        if (const std::optional<QByteArray> bytes = encodeNotes(notes)) {
-            const std::optional<QString> error = file.write(*bytes);
-            ok = !error;
-            if (error)
-                qCWarning(plimCore).noquote() << u"Nie udało się zapisać notatek: "_s + *error;
-        } else {
-            qCWarning(plimCore, "Plim: encode failed");
-        }
-        // The store outlives its jobs, and is only told, not touched.
+    m_retry.stopWaiting();
+    startJob(m_saveQueue, [this, notes = m_notes, file = m_file] {
+        const bool ok = write(notes, file); // the store outlives its jobs
+        const QString keptConflict = file.takeKeptConflict();
         QMetaObject::invokeMethod(
-            this, [this, ok] { Q_EMIT saved(ok); }, Qt::QueuedConnection);
+            this, [this, ok, keptConflict] { finishSave(ok, keptConflict); }, Qt::QueuedConnection);
     });
     if (sync)
         m_saveQueue.waitForDone();
+}
+
+/// Runs on the save queue. Logs the first failure of a run: the tries that follow have nothing new
+/// to say.
+bool NoteStore::write(const NoteArray &notes, const NotesFile &file)
+{
+    const bool hasBytes = haveFiniteDates(notes);
+    const std::optional<QString> error = hasBytes ? file.write(notes) : std::nullopt;
+    const bool ok = hasBytes && !error;
+    const bool wasLogged = m_failureIsLogged.exchange(!ok);
+    if (ok || wasLogged)
+        return ok;
+    if (error)
+        qCWarning(plimCore).noquote() << u"Nie udało się zapisać notatek: "_s + *error;
+    else
+        qCWarning(plimCore, "Plim: encode failed");
+    return false;
+}
+
+void NoteStore::finishSave(bool ok, const QString &keptConflict)
+{
+    if (!keptConflict.isEmpty())
+        Q_EMIT conflictKept(keptConflict);
+    if (ok)
+        m_retry.succeeded();
+    else
+        m_retry.failed(QDateTime::currentDateTime());
+    Q_EMIT saved(ok);
 }
 
 void NoteStore::announce(const NotesChange &change)

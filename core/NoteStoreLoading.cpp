@@ -1,13 +1,12 @@
 #include "core/NoteStore.h"
 
 #include "core/CoreLog.h"
-#include "core/ImageStore.h"
+#include "core/FileContent.h"
 #include "core/NotesJson.h"
-#include "core/StoredHTML.h"
+#include "core/NotesReading.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 
 #include <utility>
 
@@ -18,28 +17,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-struct FileContent {
-    QString path;
-    QByteArray bytes;
-    QString error; ///< why there are no bytes; empty when the file was read
-};
-
-FileContent readFile(const QString &path)
-{
-    FileContent content{path, {}, {}};
-    QFile file(path);
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) // opening a pipe would wait for somebody to write to it
-        content.error = u"not a file"_s;
-    else if (!file.open(QIODevice::ReadOnly))
-        content.error = file.errorString();
-    else
-        content.bytes = file.readAll();
-    if (content.error.isEmpty() && file.error() != QFileDevice::NoError)
-        content.error = file.errorString();
-    return content;
-}
-
 /// In the order they are tried: the single backup of older versions comes first.
 std::vector<QString> backupCandidates(const NotesFile &file)
 {
@@ -56,40 +33,25 @@ FileContent firstReadable(const std::vector<QString> &candidates)
         if (content.error.isEmpty())
             return content;
     }
-    return {{}, {}, u"no backup"_s};
-}
-
-/// Old files kept the heading apart from the body.
-void moveTitleIntoBody(Note &note)
-{
-    if (note.title.isEmpty() || note.body.contains("<h1"_L1, Qt::CaseInsensitive))
-        return;
-    note.body = u"<h1>"_s + note.title.toHtmlEscaped() + u"</h1>"_s + note.body;
-    note.title.clear();
-}
-
-Note normalised(Note note, const QString &imagesDirectory)
-{
-    const QString emptyBody = u"<h1><br></h1>"_s;
-    moveTitleIntoBody(note);
-    if (note.body.isEmpty())
-        note.body = emptyBody;
-    note.body = sanitizeStoredHTML(note.body);
-    if (MigratedHTML migrated = migrateImages(note.body, imagesDirectory); migrated.changed)
-        note.body = std::move(migrated.html);
-    if (note.body.trimmed().isEmpty())
-        note.body = emptyBody;
-    return note;
+    return {{}, {}, u"no backup"_s, {}};
 }
 } // namespace
 
 void NoteStore::load()
 {
+    load(understood(readFile(m_file.fileURL()), m_file.imagesDirectory(), m_clock()));
+}
+
+void NoteStore::load(ReadNotes found)
+{
     const std::vector<QString> candidates = backupCandidates(m_file);
-    const Timestamp now = m_clock();
+    const auto read = [this, now = m_clock()](FileContent content) {
+        return understood(std::move(content), m_file.imagesDirectory(), now);
+    };
     const bool primaryExists = QFileInfo::exists(m_file.fileURL());
-    FileContent content = readFile(m_file.fileURL());
-    const bool primaryIsRead = content.error.isEmpty();
+    m_file.setSeen(found.content);
+    const bool primaryIsRead = found.content.error.isEmpty();
+    const bool primaryIsDecoded = found.notes.has_value();
     bool fromBackup = false;
     const auto giveUp = [this, primaryExists] {
         if (primaryExists)
@@ -103,7 +65,7 @@ void NoteStore::load()
     };
 
     if (!primaryIsRead) {
-        content = firstReadable(candidates);
+        FileContent content = firstReadable(candidates);
         if (!content.error.isEmpty()) {
             if (primaryExists)
                 logNothingDecoded();
@@ -113,45 +75,47 @@ void NoteStore::load()
         fromBackup = true;
         qCWarning(plimCore).noquote()
             << u"Plim: wczytano backup "_s + QFileInfo(content.path).fileName();
+        found = read(std::move(content));
     }
 
-    std::optional<NoteArray> decoded = decodeNotes(content.bytes, now);
-    const bool primaryIsDecoded = primaryIsRead && decoded;
-    for (auto candidate = candidates.begin(); !decoded && candidate != candidates.end();
+    const QString tried = found.content.path;
+    for (auto candidate = candidates.begin(); !found.notes && candidate != candidates.end();
          ++candidate) {
-        if (*candidate == content.path)
+        if (*candidate == tried)
             continue;
-        decoded = decodeNotes(readFile(*candidate).bytes, now);
-        if (decoded) {
+        found = read(readFile(*candidate));
+        if (found.notes) {
             fromBackup = true;
             qCWarning(plimCore).noquote() << u"Plim: primary JSON uszkodzony, wczytano backup "_s +
                                                  QFileInfo(*candidate).fileName();
         }
     }
-    if (!decoded) {
+    if (!found.notes) {
         logNothingDecoded();
         giveUp();
         return;
     }
     m_file.setDamaged(primaryExists && !primaryIsDecoded);
 
-    bool changed = false;
-    NoteArray notes;
-    QSet<QUuid> ids;
-    for (const Note &note : *decoded) {
-        Note own = normalised(note, m_file.imagesDirectory());
-        if (ids.contains(own.id)) // put together by hand; under one id only one of them could be opened
-            own.id = QUuid::createUuid();
-        ids.insert(own.id);
-        changed |= own != note;
-        notes.append(std::move(own));
-    }
     m_hasContent = true;
-    setNotes(std::move(notes));
-    if (fromBackup || changed) {
+    setNotes(*std::move(found.notes));
+    if (fromBackup || found.isRepaired) {
         m_saveWorkItem.stop();
         performSave(true);
     }
+}
+
+std::optional<NoteArray> NoteStore::notesIn(const QString &url) const
+{
+    return understood(readFile(url), m_file.imagesDirectory(), m_clock()).notes;
+}
+
+std::optional<QString> NoteStore::keepVersion()
+{
+    const std::optional<QString> url = m_file.writeReplaced(m_notes);
+    if (!url)
+        qCWarning(plimCore, "Plim: the current notes could not be kept; nothing was replaced");
+    return url;
 }
 
 bool NoteStore::restore(const QString &backup)

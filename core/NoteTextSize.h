@@ -13,4 +13,4 @@ inline constexpr std::array allNoteTextSizes{NoteTextSize::extraSmall, NoteTextS
 
 [[nodiscard]] QString rawValue(NoteTextSize size);
 /// Exact match only; empty for any other text. Files are read more leniently, see Note::fromJson.
-[[nodiscard]] std::optional<NoteTextSize> noteTextSizeFromRawValue(QStringView rawValue);
+[[nodiscard]] std::optional<NoteTextSize> noteTextSizeFromRawValue(QStringView text);

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "core/ContentDigest.h"
+#include "core/FileContent.h"
+#include "core/NoteArray.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
@@ -42,15 +46,41 @@ public:
     /// somebody's notes, and rotation would delete it after three saves.
     void setDamaged(bool isDamaged);
 
+    /// Says what was found as the notes file. From then on a file that somebody else has written
+    /// meanwhile is kept, as `notes.json.conflict-…`, before the next write takes its place.
+    void setSeen(const FileContent &content);
+    /// Where the last such file went; empty when there was none since the last call.
+    [[nodiscard]] QString takeKeptConflict() const;
+
     /// Rotates the backups and replaces the notes file. Returns the reason when the notes are not
     /// on disk afterwards; backups that could not be rotated are no reason.
-    [[nodiscard]] std::optional<QString> write(const QByteArray &bytes) const;
+    [[nodiscard]] std::optional<QString> write(const NoteArray &notes) const;
+
+    /// Writes notes that others take the place of, as `notes.json.replaced-…` with the time in its
+    /// name. Returns its path; nullopt when it was refused.
+    [[nodiscard]] std::optional<QString> writeReplaced(const NoteArray &notes) const;
 
 private:
+    /// What is known of the file, and so shared by all copies. Only the flag is used by two threads
+    /// at a time.
+    struct State {
+        std::atomic_bool isDamaged = false;
+        bool isWatched = false; ///< whether the next two say what to expect
+        std::optional<FileIdentity> identity;
+        std::optional<ContentDigest> digest; ///< nullopt when there were no bytes to be had
+        QString keptConflict;
+        std::vector<FileIdentity> written; ///< by this program; the last ones
+    };
+
+    [[nodiscard]] QString freeName(const QString &reason) const;
     [[nodiscard]] QString path(const QString &name) const;
-    [[nodiscard]] bool keepDamaged() const;
+    [[nodiscard]] bool hasForeignContent(const NoteArray &notes) const;
+    [[nodiscard]] std::optional<QString> keepWhatIsThere(const NoteArray &notes) const;
+    [[nodiscard]] bool keepAs(const QString &kept) const;
+    [[nodiscard]] bool isKept(const QByteArray &bytes) const;
+    [[nodiscard]] bool makeRoom(const QString &backup) const;
     void rotate() const;
 
     QString m_dataDirectory;
-    std::shared_ptr<std::atomic_bool> m_isDamaged; ///< of the file, so shared by all copies
+    std::shared_ptr<State> m_state;
 };

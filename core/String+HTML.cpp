@@ -1,7 +1,8 @@
 #include "core/String+HTML.h"
 
+#include "core/PlainTextPieces.h"
+
 #include <QRegularExpression>
-#include <QTextDocument>
 
 #include <algorithm>
 
@@ -69,13 +70,6 @@ QString decodeReferences(const QString &text, const QRegularExpression &regex, i
     decoded += QStringView(text).sliced(copied);
     return decoded;
 }
-
-/// Note HTML must not make a conversion read files: style sheets and pictures stay unloaded.
-class PlainTextDocument : public QTextDocument
-{
-protected:
-    QVariant loadResource(int, const QUrl &) override { return {}; }
-};
 } // namespace
 
 const QRegularExpression &tagRegex()
@@ -134,16 +128,9 @@ QString fastStrippingHTML(const QString &html)
 
 QString slowStrippingHTML(const QString &html)
 {
-    if (!html.isValidUtf16())
-        return html;
-    QString source = html;
-    source.remove(QChar::Null); // would end the text for the importer
-    PlainTextDocument document;
-    document.setUndoRedoEnabled(false);
-    document.setHtml(source);
-    // No-break spaces come out as plain ones, so that words divide where they look divided.
-    QString text = document.toPlainText();
-    text.remove(QChar::ObjectReplacementCharacter); // the place of a picture
+    QString text;
+    for (PlainTextPieces pieces(html); !pieces.isAtEnd();)
+        text += pieces.next();
     return text;
 }
 

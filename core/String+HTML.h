@@ -6,8 +6,7 @@
 
 class QRegularExpression;
 
-// Plain text out of note HTML. Everything but slowStrippingHTML takes time linear in the text,
-// whatever the text holds.
+// Plain text out of note HTML, in time linear in the text, whatever the text holds.
 
 [[nodiscard]] const QRegularExpression &tagRegex();    ///< any tag
 [[nodiscard]] const QRegularExpression &h1Regex();     ///< a heading; captures its inner HTML

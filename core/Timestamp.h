@@ -10,6 +10,8 @@ struct Timestamp {
     double secondsSinceReferenceDate = 0; ///< since 2001-01-01 00:00:00 UTC
 
     [[nodiscard]] bool operator==(const Timestamp &) const = default;
+    // clang-tidy 14 takes the 0 that the compiler compares the result with for a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     [[nodiscard]] std::partial_ordering operator<=>(const Timestamp &) const = default;
 
     [[nodiscard]] static Timestamp now();

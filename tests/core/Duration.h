@@ -1,31 +1,70 @@
 #pragma once
 
-#include <QElapsedTimer>
-
 #include <algorithm>
+#include <ctime>
 
-/// The best of three runs in nanoseconds: the least disturbed one.
+/// Nanoseconds of the processor that this thread has had. Unlike the clock on the wall it stands
+/// still while other programs run, or the whole machine does not.
+inline double processorTime(clockid_t clock = CLOCK_THREAD_CPUTIME_ID)
+{
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return 1e9 * double(time.tv_sec) + double(time.tv_nsec);
+}
+
+/// How many times as long the same work may take here: a sanitizer looks at every step of it.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr double slowness = 20;
+#else
+constexpr double slowness = 1;
+#endif
+
+/// What the work takes of the processor, in nanoseconds.
+template <typename Work>
+double duration(Work work)
+{
+    const double start = processorTime();
+    work();
+    return processorTime() - start;
+}
+
+/// The best of some runs: whatever disturbs one only ever adds to it.
 template <typename Work>
 double bestDuration(Work work)
 {
-    double best = 1e18;
-    for (int run = 0; run < 3; ++run) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        best = std::min(best, double(timer.nsecsElapsed()));
-    }
+    constexpr int runs = 5;
+    double best = duration(work);
+    for (int run = 1; run < runs; ++run)
+        best = std::min(best, duration(work));
     return best;
 }
 
-/// Four times the input may take four times as long; sixteen times is quadratic. The bound lies
-/// between, and a floor of half a millisecond keeps the clock's noise out.
-constexpr double linearGrowthBound = 10;
+/// Sixteen times the input may take sixteen times as long; two hundred and fifty-six times is
+/// quadratic. The bound lies between: what fits into the caches, and needs no new memory from the
+/// system, is several times as fast.
+constexpr double linearGrowthBound = 80;
 
+/// How many times as long the work takes for an input that is sixteen times as large: from a
+/// quarter of the size to four times as much. Small and large runs alternate, and the best of each
+/// are compared; it is tried again while they say that the work is not linear, for only work that
+/// really is not says so each time.
 template <typename Work>
 double growth(Work work, qsizetype size)
 {
-    constexpr double floor = 5e5;
-    const double small = std::max(floor, bestDuration([&] { work(size); }));
-    return bestDuration([&] { work(4 * size); }) / small;
+    constexpr int attempts = 10;
+    constexpr double budget = 10e9; // of what is far from linear one run is enough
+    constexpr double floor = 2e4;   // or the clock's own noise would count
+    const auto small = [&] { return std::max(floor, duration([&] { work(size / 4); })); };
+    const auto large = [&] { return duration([&] { work(size * 4); }); };
+    double bestSmall = std::min(small(), small());
+    double bestLarge = large();
+    double spent = bestLarge;
+    for (int attempt = 1;; ++attempt) {
+        bestSmall = std::min({bestSmall, small(), small()});
+        if (bestLarge < linearGrowthBound * bestSmall || attempt == attempts || spent > budget)
+            return bestLarge / bestSmall;
+        const double again = large();
+        bestLarge = std::min(bestLarge, again);
+        spent += again;
+    }
 }

@@ -63,6 +63,30 @@ private Q_SLOTS:
         QVERIFY(!migrateImages(migrated.html, images.path()).changed);
     }
 
+    // What looks like a picture in another attribute's value is words, and a quote written there would
+    // end them.
+    void wordsInAValueStay()
+    {
+        const QTemporaryDir images;
+        const QString words = u"src='data:image/png;base64,"_s + base64() + u"'"_s;
+        for (const QString &html : {u"<a title=\"see %1 there\">a</a>"_s.arg(words),
+                                    u"<img alt=\"%1\">"_s.arg(words),
+                                    u"<img <a href=\"x%1y ` style = \"z>"_s.arg(words),
+                                    u"<img alt='a src='data:image/png;base64,"_s + base64() +
+                                        u"\">b <p style=\"c\">"_s}) {
+            const MigratedHTML migrated = migrateImages(html, images.path());
+            QVERIFY2(!migrated.changed, qPrintable(html));
+            QCOMPARE(migrated.html, html);
+        }
+        // Beside them a picture is one.
+        const MigratedHTML migrated =
+            migrateImages(u"<img alt=\"%1\" %1 title=\"%1\">"_s.arg(words), images.path());
+        QCOMPARE(sources(migrated.html).size(), 1);
+        QCOMPARE(migrated.html, u"<img alt=\"%1\" src=\"%2\" title=\"%1\">"_s.arg(
+                                    words, sources(migrated.html)[0]));
+        QCOMPARE(QDir(images.path()).entryList(QDir::Files).size(), 1);
+    }
+
     void fileNamesAreIdentities()
     {
         const QTemporaryDir images;

@@ -101,8 +101,7 @@ private Q_SLOTS:
         for (const char *id :
              {"", "x", "{0F1E2D3C-4B5A-6978-8796-A5B4C3D2E1F0}", "0F1E2D3C4B5A69788796A5B4C3D2E1F0",
               "0F1E2D3C-4B5A-6978-8796-A5B4C3D2E1F",
-              "0F1E2D3C-4B5A-6978-8796-"
-              "A5B4C3D2E1F0 ",
+              "0F1E2D3C-4B5A-6978-8796-A5B4C3D2E1F0 ",
               "0F1E2D3C-4B5A-6978-8796-A5B4C3D2E1FG", "0F1E2D3C04B5A-6978-8796-A5B4C3D2E1F0"})
             QTest::addRow("id '%s'", id) << QByteArray("{\"id\":\"") + id + "\"}";
     }

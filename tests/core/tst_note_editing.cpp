@@ -91,9 +91,7 @@ private Q_SLOTS:
     void whatCannotBeStoredChangesNothing_data()
     {
         QTest::addColumn<Edit>("edit");
-        const auto row = [](const char *name, Edit edit) {
-            QTest::newRow(name) << std::move(edit);
-        };
+        const auto row = [](const char *name, const Edit &edit) { QTest::newRow(name) << edit; };
         const auto stranger = QUuid::createUuid();
         row("words of no note", [=](NoteStore &store, const QUuid &) {
             return storeBody(store, stranger, u"<p>tea</p>"_s);

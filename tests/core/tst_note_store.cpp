@@ -1,52 +1,16 @@
 #include "core/NoteStore.h"
 
-#include "core/NotesJson.h"
-#include "tests/core/DataDirectory.h"
 #include "tests/core/Duration.h"
+#include "tests/core/NoteStoreFixture.h"
 
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <limits>
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-constexpr Timestamp loaded{1000};
-
-Note named(const QString &title)
-{
-    Note note = Note::fresh(loaded);
-    note.body = u"<h1>"_s + title + u"</h1>"_s;
-    return note;
-}
-
-/// A store of the notes A, B, C … in a directory of its own, with a clock the test sets.
-struct Fixture {
-    explicit Fixture(int count = 3)
-    {
-        NoteArray notes;
-        for (int i = 0; i < count; ++i)
-            notes.append(named(QString(QChar(u'A' + i))));
-        store.setNotes(notes);
-    }
-
-    [[nodiscard]] QUuid id(qsizetype row) const { return store.notes()[row].id; }
-    [[nodiscard]] QString order() const
-    {
-        QString order;
-        for (const Note &note : store.notes())
-            order += note.headingText();
-        return order;
-    }
-
-    DataDirectory data;
-    Timestamp now = loaded;
-    NoteStore store{data.path(), [this] { return now; }};
-};
+using Fixture = NoteStoreFixture;
 
 class ChangeSpy : public QObject
 {
@@ -58,13 +22,9 @@ public:
     }
     std::vector<NotesChange> changes;
 };
-
-NoteArray notesIn(const DataDirectory &data, const QString &name = u"notes.json"_s)
-{
-    return decodeNotes(data.read(name), {}).value_or(NoteArray{named(u"undecodable"_s)});
-}
 } // namespace
 
+// The notes and what is done to them; tst_note_store_saving has the disk.
 class TestNoteStore : public QObject
 {
     Q_OBJECT
@@ -327,180 +287,6 @@ private Q_SLOTS:
         check();
         f.store.setNotes({named(u"Z"_s)});
         check();
-    }
-
-    void operationsWriteNothing()
-    {
-        Fixture f;
-        f.store.addNote();
-        f.store.updateNote(f.store.notes()[1]);
-        f.store.deleteNote(f.id(0));
-        f.store.moveNoteToEnd(f.id(0));
-        QVERIFY(!f.store.hasPendingSave());
-        QCOMPARE(f.data.names(), QStringList());
-    }
-
-    void manyChangesWithinHalfASecondAreOneWrite()
-    {
-        Fixture f;
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        connect(&f.store, &NoteStore::notesChanged, &f.store, &NoteStore::save);
-        QElapsedTimer timer;
-        for (int i = 0; i < 10; ++i) {
-            timer.start();
-            f.store.addNote();
-            QCoreApplication::processEvents();
-        }
-        QVERIFY(f.store.hasPendingSave());
-        QCOMPARE(f.data.names(), QStringList());
-        QTRY_COMPARE(saved.count(), 1);
-        QVERIFY2(timer.elapsed() >= 499, qPrintable(QString::number(timer.elapsed())));
-        QVERIFY(!f.store.hasPendingSave());
-        QVERIFY(saved[0][0].toBool());
-        QVERIFY(notesIn(f.data) == f.store.notes());
-        QCOMPARE(f.data.names(), QStringList{u"notes.json"_s});
-        QVERIFY(!saved.wait(600));
-    }
-
-    void savesRotate()
-    {
-        Fixture f(1);
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        std::vector<NoteArray> versions;
-        for (int i = 0; i < 5; ++i) {
-            f.store.addNote();
-            versions.push_back(f.store.notes());
-            f.store.save();
-            QTRY_COMPARE(saved.count(), i + 1);
-        }
-        QVERIFY(notesIn(f.data) == versions[4]);
-        QVERIFY(notesIn(f.data, u"notes.json.bak.1"_s) == versions[3]);
-        QVERIFY(notesIn(f.data, u"notes.json.bak.2"_s) == versions[2]);
-        QVERIFY(notesIn(f.data, u"notes.json.bak.3"_s) == versions[1]);
-        QCOMPARE(f.data.names().size(), 4);
-        QCOMPARE(f.store.availableBackups().size(), 3U);
-    }
-
-    void flushingWritesThePendingEditAtOnce()
-    {
-        Fixture f;
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        f.store.addNote();
-        f.store.save();
-        f.store.flush();
-        QVERIFY(!f.store.hasPendingSave());
-        QVERIFY(notesIn(f.data) == f.store.notes());
-        QTRY_COMPARE(saved.count(), 1);
-        QVERIFY(!saved.wait(600));
-    }
-
-    void theApplicationsEndFlushes()
-    {
-        Fixture f;
-        f.store.addNote();
-        f.store.save();
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-        QCoreApplication::exec();
-        QVERIFY(!f.store.hasPendingSave());
-        QVERIFY(notesIn(f.data) == f.store.notes());
-    }
-
-    void flushingWritesNothingBeforeThereWasAnything()
-    {
-        const DataDirectory data;
-        NoteStore store(data.path());
-        store.flush();
-        QCOMPARE(data.names(), QStringList());
-        const QUuid id = store.addNote();
-        store.deleteNote(id);
-        store.flush();
-        QCOMPARE(data.read(u"notes.json"_s), "[]");
-    }
-
-    void aFlushComesBehindTheSavesBeforeIt()
-    {
-        Fixture f(1);
-        NoteArray many;
-        for (int i = 0; i < 3000; ++i)
-            many.append(named(u"x"_s));
-        f.store.setNotes(many);
-        f.store.save();
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        QTRY_VERIFY(!f.store.hasPendingSave()); // handed to the queue, perhaps still being written
-        f.store.deleteNotes({f.id(5)});
-        f.store.flush();
-        QVERIFY(notesIn(f.data) == f.store.notes());
-        QVERIFY(notesIn(f.data, u"notes.json.bak.1"_s) == many);
-    }
-
-    void aSaveWritesTheNotesOfItsMoment()
-    {
-        Fixture f(0);
-        NoteArray many;
-        for (int i = 0; i < 5000; ++i)
-            many.append(named(u"x"_s));
-        f.store.setNotes(many);
-        f.store.save();
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        QTRY_VERIFY(!f.store.hasPendingSave());
-        for (int i = 0; i < 5000; i += 7) {
-            Note note = f.store.notes()[i];
-            note.body = u"<h1>changed meanwhile</h1>"_s;
-            f.store.updateNote(note);
-        }
-        QTRY_COMPARE(saved.count(), 1);
-        QVERIFY(notesIn(f.data) == many);
-    }
-
-    void destroyingTheStoreFinishesItsWrites()
-    {
-        const DataDirectory data;
-        auto store = std::make_unique<NoteStore>(data.path());
-        store->addNote();
-        const NoteArray notes = store->notes();
-        store->save();
-        QTRY_VERIFY(!store->hasPendingSave());
-        store.reset();
-        QVERIFY(notesIn(data) == notes);
-    }
-
-    void aDateThatIsNoNumberIsNotWritten()
-    {
-        Fixture f;
-        f.store.flush();
-        const QByteArray before = f.data.read(u"notes.json"_s);
-        f.now = {std::numeric_limits<double>::quiet_NaN()};
-        f.store.addNote();
-        QSignalSpy saved(&f.store, &NoteStore::saved);
-        QTest::ignoreMessage(QtWarningMsg, "Plim: encode failed");
-        f.store.save();
-        QTRY_COMPARE(saved.count(), 1 + 1);
-        QVERIFY(!saved[1][0].toBool());
-        QCOMPARE(f.data.read(u"notes.json"_s), before);
-        QCOMPARE(f.data.names(), QStringList{u"notes.json"_s});
-    }
-
-    void aFailedWriteIsLoggedAndTried()
-    {
-        const QTemporaryDir parent;
-        const QString path = parent.path() + u"/Plim"_s;
-        QFile inItsPlace(path);
-        QVERIFY(inItsPlace.open(QIODevice::WriteOnly));
-        NoteStore store(path);
-        QSignalSpy saved(&store, &NoteStore::saved);
-        store.addNote();
-        QTest::ignoreMessage(QtWarningMsg,
-                             QRegularExpression(u"^Nie udało się zapisać notatek: .+"_s));
-        store.flush();
-        QTRY_COMPARE(saved.count(), 1);
-        QVERIFY(!saved[0][0].toBool());
-        QCOMPARE(store.notes().size(), 1);
-
-        inItsPlace.remove();
-        QVERIFY(QDir().mkpath(path));
-        store.flush();
-        QTRY_COMPARE(saved.count(), 2);
-        QVERIFY(saved[1][0].toBool());
     }
 
     void anEditCostsTheSameInALongList()

@@ -256,6 +256,9 @@ private Q_SLOTS:
         row("an old title", "A<b>", "text", "", "<h1>A&lt;b&gt;</h1>text");
         row("every sign of a title", "&<>\"'", "", "", "<h1>&amp;&lt;&gt;&quot;'</h1>");
         row("a heading already", "old", "<H1>a</H1>", "old", "<H1>a</H1>");
+        row("a heading only in what is repaired", "A", "<p style=\"<h1\">b</p>", "",
+            "<h1>A</h1><p>b</p>");
+        row("a title and no words", "A", " \n", "", "<h1>A</h1> \n");
         row("empty", "", "", "", "<h1><br></h1>");
         row("blank", "", " \n", "", "<h1><br></h1>");
         row("old markup", "", "<h1><div style=\"a\">b</div></h1>", "", "<h1>b</h1>");
@@ -368,6 +371,79 @@ private Q_SLOTS:
         for (const QString &line : std::as_const(logged))
             QVERIFY2(line.startsWith(u"Restore failed: "_s), qPrintable(line));
         QCOMPARE(data.names(), QStringList{u"notes.json.bak.1"_s});
+    }
+
+    // Looking into a file, and keeping what is about to be replaced
+
+    void theNotesInAFileAreReadAndNothingElseHappens()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, fileOf(u"a"_s));
+        data.write(u"notes.json.bak.1"_s, fileOf(u"b"_s));
+        const auto store = opened(data);
+        QSignalSpy changed(store.get(), &NoteStore::notesChanged);
+        const auto notes = store->notesIn(data.path(u"notes.json.bak.1"_s));
+        QVERIFY(notes);
+        QCOMPARE(notes->size(), 1);
+        QCOMPARE((*notes)[0].headingText(), u"b"_s);
+        QCOMPARE(headings(*store), u"a"_s);
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(!store->hasPendingSave());
+        QCOMPARE(data.names(), (QStringList{u"notes.json"_s, u"notes.json.bak.1"_s}));
+    }
+
+    void whatCannotBeUnderstoodHasNoNotes()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, fileOf(u"a"_s));
+        data.write(u"cut"_s, fileOf(u"b"_s).chopped(5));
+        data.write(u"empty"_s, {});
+        data.write(u"none"_s, "[]");
+        const auto store = opened(data);
+        QVERIFY(!store->notesIn(data.path(u"cut"_s)));
+        QVERIFY(!store->notesIn(data.path(u"empty"_s)));
+        QVERIFY(!store->notesIn(data.path(u"absent"_s)));
+        QVERIFY(!store->notesIn(data.path(u"images"_s)));
+        QCOMPARE(store->notesIn(data.path(u"none"_s)), NoteArray());
+    }
+
+    void whatIsReadFromAFileIsAsLoadingWouldHaveIt()
+    {
+        const DataDirectory data;
+        NoteArray twice = *decodeNotes(fileOf(u"a"_s), now);
+        twice.append(twice[0]);
+        data.write(u"notes.json.bak.1"_s, *encodeNotes(twice));
+        const auto store = opened(data);
+        const auto notes = store->notesIn(data.path(u"notes.json.bak.1"_s));
+        QVERIFY(notes && notes->size() == 2);
+        QVERIFY((*notes)[0].id != (*notes)[1].id); // an id that occurs twice is given once
+    }
+
+    void theNotesAreKeptAsTheyAreNow()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, fileOf(u"a"_s));
+        const auto store = opened(data);
+        Note note = store->notes()[0];
+        note.body = u"<h1>not saved yet</h1>"_s;
+        store->updateNote(note);
+        const auto url = store->keepVersion();
+        QVERIFY(url);
+        QCOMPARE(store->notesIn(*url), store->notes());
+        QCOMPARE(data.read(u"notes.json"_s), fileOf(u"a"_s));
+    }
+
+    void aVersionThatCannotBeKeptIsReported()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, fileOf(u"a"_s));
+        const auto store = opened(data);
+        QDir(data.path()).removeRecursively(); // nothing can be written there any more
+        const LogCapture log;
+        QVERIFY(!store->keepVersion());
+        QCOMPARE(logged.size(), 1);
+        QVERIFY2(!logged[0].contains(u"<h1>"), qPrintable(logged[0]));
+        QCOMPARE(headings(*store), u"a"_s);
     }
 };
 

@@ -1,15 +1,17 @@
 #include "core/NotesFile.h"
 
+#include "core/NotesJson.h"
 #include "tests/core/DataDirectory.h"
+#include "tests/core/FileSizeLimit.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
-#include <csignal>
+#include <cerrno>
 #include <filesystem>
-
-#include <sys/resource.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,28 +24,19 @@ void setDate(const QString &path, const QDateTime &date)
     QVERIFY(file.setFileTime(date, QFileDevice::FileModificationTime));
 }
 
-/// While it lives no file can grow beyond the limit, as on a disk without room.
-class FileSizeLimit
+NoteArray notes(const QByteArray &body)
 {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+    static const QUuid id = QUuid::createUuid();
+    Note note = Note::fresh({1000});
+    note.id = id;
+    note.body = QString::fromLatin1(body);
+    return {note};
+}
 
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
+QByteArray encoded(const QByteArray &body)
+{
+    return encodeNotes(notes(body)).value();
+}
 
 const QDateTime longAgo = QDateTime::fromSecsSinceEpoch(1'600'000'000);
 } // namespace
@@ -70,14 +63,14 @@ private Q_SLOTS:
         const DataDirectory data;
         const NotesFile file(data.path());
         file.createDirectories();
-        QVERIFY(!file.write("1"));
+        QVERIFY(!file.write(notes("1")));
         QCOMPARE(data.names(), QStringList{u"notes.json"_s});
         for (const char *bytes : {"2", "3", "4", "5"})
-            QVERIFY(!file.write(bytes));
-        QCOMPARE(data.read(u"notes.json"_s), "5");
-        QCOMPARE(data.read(u"notes.json.bak.1"_s), "4");
-        QCOMPARE(data.read(u"notes.json.bak.2"_s), "3");
-        QCOMPARE(data.read(u"notes.json.bak.3"_s), "2");
+            QVERIFY(!file.write(notes(bytes)));
+        QCOMPARE(data.read(u"notes.json"_s), encoded("5"));
+        QCOMPARE(data.read(u"notes.json.bak.1"_s), encoded("4"));
+        QCOMPARE(data.read(u"notes.json.bak.2"_s), encoded("3"));
+        QCOMPARE(data.read(u"notes.json.bak.3"_s), encoded("2"));
         QCOMPARE(data.names().size(), 4);
     }
 
@@ -86,7 +79,7 @@ private Q_SLOTS:
         const DataDirectory data;
         data.write(u"notes.json"_s, "new");
         data.write(u"notes.json.bak.2"_s, "two");
-        QVERIFY(!NotesFile(data.path()).write("newer"));
+        QVERIFY(!NotesFile(data.path()).write(notes("newer")));
         QCOMPARE(data.names(),
                  (QStringList{u"notes.json"_s, u"notes.json.bak.1"_s, u"notes.json.bak.3"_s}));
         QCOMPARE(data.read(u"notes.json.bak.3"_s), "two");
@@ -97,7 +90,7 @@ private Q_SLOTS:
         const DataDirectory data;
         data.write(u"notes.json"_s, "new");
         data.write(u"notes.json.bak"_s, "old");
-        QVERIFY(!NotesFile(data.path()).write("newer"));
+        QVERIFY(!NotesFile(data.path()).write(notes("newer")));
         QCOMPARE(data.read(u"notes.json.bak.1"_s), "new");
         QCOMPARE(data.read(u"notes.json.bak.2"_s), "old");
         QVERIFY(!data.has(u"notes.json.bak"_s));
@@ -107,9 +100,9 @@ private Q_SLOTS:
     {
         const DataDirectory data;
         data.write(u"notes.json"_s, "new");
-        data.write(u"notes.json.bak"_s, "old");
+        data.write(u"notes.json.bak"_s, "[]");
         data.write(u"notes.json.bak.1"_s, "one");
-        QVERIFY(!NotesFile(data.path()).write("newer"));
+        QVERIFY(!NotesFile(data.path()).write(notes("newer")));
         QCOMPARE(data.names(),
                  (QStringList{u"notes.json"_s, u"notes.json.bak.1"_s, u"notes.json.bak.2"_s}));
         QCOMPARE(data.read(u"notes.json.bak.1"_s), "new");
@@ -121,7 +114,7 @@ private Q_SLOTS:
         const DataDirectory data;
         data.write(u"notes.json.bak"_s, "old");
         data.write(u"notes.json.bak.1"_s, "one");
-        QVERIFY(!NotesFile(data.path()).write("new"));
+        QVERIFY(!NotesFile(data.path()).write(notes("new")));
         QCOMPARE(data.read(u"notes.json.bak"_s), "old");
         QCOMPARE(data.read(u"notes.json.bak.1"_s), "one");
     }
@@ -132,7 +125,7 @@ private Q_SLOTS:
         data.write(u"notes.json"_s, "new");
         setDate(data.path(u"notes.json"_s), longAgo);
         const NotesFile file(data.path());
-        QVERIFY(!file.write("newer"));
+        QVERIFY(!file.write(notes("newer")));
         QCOMPARE(file.availableBackups(),
                  (std::vector<NotesBackup>{{data.path(u"notes.json.bak.1"_s), longAgo}}));
     }
@@ -144,8 +137,8 @@ private Q_SLOTS:
         for (const QString &name :
              {u"notes.json.bak.1"_s, u"notes.json.bak.2"_s, u"notes.json.bak.3"_s})
             QVERIFY(QDir().mkpath(data.path(name + u"/inside"_s)));
-        QVERIFY(!NotesFile(data.path()).write("newer"));
-        QCOMPARE(data.read(u"notes.json"_s), "newer");
+        QVERIFY(!NotesFile(data.path()).write(notes("newer")));
+        QCOMPARE(data.read(u"notes.json"_s), encoded("newer"));
     }
 
     void aLinkedNotesFileIsBackedUpAsItWas()
@@ -153,9 +146,9 @@ private Q_SLOTS:
         const DataDirectory data;
         data.write(u"elsewhere.json"_s, "new");
         QVERIFY(QFile::link(data.path(u"elsewhere.json"_s), data.path(u"notes.json"_s)));
-        QVERIFY(!NotesFile(data.path()).write("newer"));
+        QVERIFY(!NotesFile(data.path()).write(notes("newer")));
         QCOMPARE(data.read(u"notes.json.bak.1"_s), "new");
-        QCOMPARE(data.read(u"elsewhere.json"_s), "newer");
+        QCOMPARE(data.read(u"elsewhere.json"_s), encoded("newer"));
     }
 
     void availableBackupsAreNewestFirst()
@@ -187,24 +180,89 @@ private Q_SLOTS:
         const QTemporaryDir parent;
         QFile notADirectory(parent.path() + u"/Plim"_s);
         QVERIFY(notADirectory.open(QIODevice::WriteOnly));
-        const std::optional<QString> error = NotesFile(notADirectory.fileName()).write("1");
+        const std::optional<QString> error = NotesFile(notADirectory.fileName()).write(notes("1"));
         QVERIFY(error);
         QVERIFY(!error->isEmpty());
     }
 
+    void aFullDiskKeepsTheNotesFile_data()
+    {
+        QTest::addColumn<qsizetype>("room");
+        QTest::newRow("in the first piece") << qsizetype(1000);
+        QTest::newRow("between two") << JsonWriter::pieceSize;
+        QTest::newRow("in the second") << JsonWriter::pieceSize + 1000;
+        QTest::newRow("in the last") << 2 * JsonWriter::pieceSize + 100;
+    }
     void aFullDiskKeepsTheNotesFile()
     {
+        QFETCH(qsizetype, room);
         const DataDirectory data;
         data.write(u"notes.json"_s, "old");
         std::optional<QString> error;
         {
-            const FileSizeLimit limit(1000);
-            error = NotesFile(data.path()).write(QByteArray(100'000, 'x'));
+            const FileSizeLimit limit{rlim_t(room)};
+            error = NotesFile(data.path())
+                        .write(notes(QByteArray(2 * JsonWriter::pieceSize + 1000, 'x')));
         }
-        QVERIFY(error);
+        QCOMPARE(error.value_or(QString()), qt_error_string(EFBIG));
         QCOMPARE(data.read(u"notes.json"_s), "old");
-        QCOMPARE(data.read(u"notes.json.bak.1"_s), "old");
-        QCOMPARE(data.names().size(), 2);
+        QCOMPARE(data.names(), QStringList{u"notes.json"_s});
+    }
+
+    void notesOfManyPiecesAreWrittenWhole()
+    {
+        const DataDirectory data;
+        const NotesFile file(data.path());
+        const QByteArray body(3 * JsonWriter::pieceSize + 1000, 'x');
+        QVERIFY(!file.write(notes(body)));
+        QVERIFY(data.read(u"notes.json"_s) == encoded(body));
+        const QString kept = QFileInfo(file.writeReplaced(notes(body)).value()).fileName();
+        QVERIFY(data.read(kept) == encoded(body));
+    }
+
+    void whatFailsAgainAndAgainCostsNoBackup()
+    {
+        const DataDirectory data;
+        const NotesFile file(data.path());
+        for (const char *bytes : {"1", "2", "3", "4"})
+            QVERIFY(!file.write(notes(bytes)));
+        {
+            const FileSizeLimit limit(1000);
+            for (int i = 0; i < 5; ++i)
+                QVERIFY(file.write(notes(QByteArray(100'000, 'x'))));
+        }
+        QCOMPARE(data.read(u"notes.json"_s), encoded("4"));
+        QCOMPARE(data.read(u"notes.json.bak.1"_s), encoded("3"));
+        QCOMPARE(data.read(u"notes.json.bak.2"_s), encoded("2"));
+        QCOMPARE(data.read(u"notes.json.bak.3"_s), encoded("1"));
+        QCOMPARE(data.names().size(), 4);
+    }
+
+    void backupsThatAreRotatedAlreadyAreNotRotatedAgain()
+    {
+        // As a write leaves them that was refused at the very end.
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "3");
+        std::filesystem::create_hard_link(data.path(u"notes.json"_s).toStdString(),
+                                          data.path(u"notes.json.bak.1"_s).toStdString());
+        data.write(u"notes.json.bak.2"_s, "2");
+        data.write(u"notes.json.bak.3"_s, "1");
+        QVERIFY(!NotesFile(data.path()).write(notes("4")));
+        QCOMPARE(data.read(u"notes.json.bak.1"_s), "3");
+        QCOMPARE(data.read(u"notes.json.bak.2"_s), "2");
+        QCOMPARE(data.read(u"notes.json.bak.3"_s), "1");
+    }
+
+    void aDirectoryThatIsGoneIsMadeAgain()
+    {
+        const DataDirectory data;
+        const NotesFile file(data.path());
+        file.createDirectories();
+        QVERIFY(!file.write(notes("1")));
+        QVERIFY(QDir(data.path()).removeRecursively());
+        QVERIFY(!file.write(notes("2")));
+        QCOMPARE(data.read(u"notes.json"_s), encoded("2"));
+        QVERIFY(QFileInfo(file.imagesDirectory()).isDir());
     }
 
     void aDamagedFileIsKeptOnce()
@@ -214,10 +272,10 @@ private Q_SLOTS:
         NotesFile file(data.path());
         file.setDamaged(true);
         const NotesFile copy = file;
-        QVERIFY(!copy.write("1"));
-        QVERIFY(!file.write("2"));
-        QVERIFY(!file.write("3"));
-        QVERIFY(!file.write("4"));
+        QVERIFY(!copy.write(notes("1")));
+        QVERIFY(!file.write(notes("2")));
+        QVERIFY(!file.write(notes("3")));
+        QVERIFY(!file.write(notes("4")));
         const QStringList names = data.names();
         QCOMPARE(names.size(), 5);
         QVERIFY2(QRegularExpression(u"^notes\\.json\\.damaged-\\d{8}-\\d{6}$"_s)
@@ -233,7 +291,7 @@ private Q_SLOTS:
         data.write(u"notes.json"_s, "damaged");
         NotesFile file(data.path());
         file.setDamaged(true);
-        QVERIFY(!file.write("1"));
+        QVERIFY(!file.write(notes("1")));
         QCOMPARE(data.read(u"notes.json.bak.1"_s), "damaged");
     }
 
@@ -246,7 +304,7 @@ private Q_SLOTS:
             for (const char *bytes : {"first", "second"}) {
                 data.write(u"notes.json"_s, bytes);
                 file.setDamaged(true);
-                QVERIFY(!file.write("new"));
+                QVERIFY(!file.write(notes("new")));
                 data.remove(u"notes.json"_s);
             }
             const QStringList kept = data.names().filter(u"damaged"_s);
@@ -265,11 +323,44 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(data.path(u"notes.json/inside"_s)));
         NotesFile file(data.path());
         file.setDamaged(true);
-        QVERIFY(!file.write("new"));
-        QCOMPARE(data.read(u"notes.json"_s), "new");
+        QVERIFY(!file.write(notes("new")));
+        QCOMPARE(data.read(u"notes.json"_s), encoded("new"));
         const QStringList kept = data.names().filter(u"damaged"_s);
         QCOMPARE(kept.size(), 1);
         QVERIFY(data.has(kept[0] + u"/inside"_s));
+    }
+
+    void aDamagedBackupIsKeptWhenItWouldBeDeleted()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "new");
+        data.write(u"notes.json.bak"_s, "old");
+        data.write(u"notes.json.bak.1"_s, "[]");
+        data.write(u"notes.json.bak.3"_s, "three");
+        const NotesFile file(data.path());
+        QVERIFY(!file.write(notes("newer")));
+        const QStringList kept = data.names().filter(u"damaged"_s);
+        QCOMPARE(kept.size(), 2);
+        QSet<QByteArray> bytes;
+        for (const QString &name : kept)
+            bytes.insert(data.read(name));
+        QCOMPARE(bytes, (QSet<QByteArray>{"old", "three"}));
+        QCOMPARE(data.read(u"notes.json.bak.1"_s), "new");
+        QCOMPARE(data.read(u"notes.json.bak.2"_s), "[]");
+        for (int i = 0; i < 2; ++i)
+            QVERIFY(!file.write(notes("newest")));
+        QCOMPARE(data.names().filter(u"damaged"_s), kept); // neither "[]" nor what is its own
+    }
+
+    void aDamagedBackupThatIsKeptIsNotKeptAgain()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "[]");
+        data.write(u"notes.json.bak.3"_s, "three");
+        data.write(u"notes.json.damaged-20260101-120000"_s, "three");
+        QVERIFY(!NotesFile(data.path()).write(notes("new")));
+        QCOMPARE(data.names(), (QStringList{u"notes.json"_s, u"notes.json.bak.1"_s,
+                                            u"notes.json.damaged-20260101-120000"_s}));
     }
 
     void aDamagedFileThatCannotBeKeptIsNotOverwritten()
@@ -283,15 +374,77 @@ private Q_SLOTS:
                                      std::filesystem::perms::owner_read |
                                          std::filesystem::perms::owner_exec);
         const bool isEnforced = !QFile(data.path(u"probe"_s)).open(QIODevice::WriteOnly);
-        const std::optional<QString> error = isEnforced ? file.write("new") : std::nullopt;
+        const std::optional<QString> error = isEnforced ? file.write(notes("new")) : std::nullopt;
         std::filesystem::permissions(data.path().toStdString(), std::filesystem::perms::owner_all);
         if (!isEnforced)
             QSKIP("this user may write everywhere");
         QVERIFY(error);
         QCOMPARE(data.read(u"notes.json"_s), "damaged");
         QCOMPARE(data.names(), QStringList{u"notes.json"_s});
-        QVERIFY(!file.write("new"));
+        QVERIFY(!file.write(notes("new")));
         QCOMPARE(data.names().filter(u"damaged"_s).size(), 1);
+    }
+
+    void whatIsReplacedIsKeptUnderItsTime()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "current");
+        const NotesFile file(data.path());
+        const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+        const auto url = file.writeReplaced(notes("kept"));
+        QVERIFY(url);
+        const auto match = QRegularExpression(u"^notes\\.json\\.replaced-(\\d{8}-\\d{6})$"_s)
+                               .match(QFileInfo(*url).fileName());
+        QVERIFY2(match.hasMatch(), qPrintable(*url));
+        const QDateTime date = QDateTime::fromString(match.captured(1), u"yyyyMMdd-HHmmss"_s);
+        QVERIFY(date >= before && date <= QDateTime::currentDateTime());
+        QCOMPARE(data.names(), (QStringList{u"notes.json"_s, QFileInfo(*url).fileName()}));
+        QCOMPARE(data.read(u"notes.json"_s), "current");
+        QCOMPARE(data.read(QFileInfo(*url).fileName()), encoded("kept"));
+    }
+
+    void whatIsReplacedInOneSecondIsAllKept()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "current");
+        const NotesFile file(data.path());
+        QSet<QString> urls;
+        for (const char *bytes : {"1", "2", "3"})
+            urls << file.writeReplaced(notes(bytes)).value();
+        QCOMPARE(urls.size(), 3);
+        QSet<QByteArray> kept;
+        for (const QString &url : std::as_const(urls))
+            kept << data.read(QFileInfo(url).fileName());
+        QCOMPARE(kept, (QSet<QByteArray>{encoded("1"), encoded("2"), encoded("3")}));
+    }
+
+    void whatIsReplacedIsNoBackupAndIsNotRotated()
+    {
+        const DataDirectory data;
+        const NotesFile file(data.path());
+        file.createDirectories();
+        QVERIFY(!file.write(notes("1")));
+        const QString kept = QFileInfo(file.writeReplaced(notes("kept")).value()).fileName();
+        for (const char *bytes : {"2", "3", "4", "5", "6"})
+            QVERIFY(!file.write(notes(bytes)));
+        QCOMPARE(data.read(kept), encoded("kept"));
+        for (const NotesBackup &backup : file.availableBackups())
+            QVERIFY2(!backup.url.contains(u"replaced"), qPrintable(backup.url));
+    }
+
+    void aFullDiskKeepsNothingOfWhatIsReplaced()
+    {
+        const DataDirectory data;
+        data.write(u"notes.json"_s, "current");
+        const NotesFile file(data.path());
+        std::optional<QString> url;
+        {
+            const FileSizeLimit limit(1000);
+            url = file.writeReplaced(notes(QByteArray(5000, 'x')));
+        }
+        QVERIFY(!url);
+        QCOMPARE(data.names(), QStringList{u"notes.json"_s});
+        QCOMPARE(data.read(u"notes.json"_s), "current");
     }
 };
 

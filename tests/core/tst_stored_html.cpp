@@ -54,6 +54,8 @@ private Q_SLOTS:
         row("a style on a line of its own", "<p\n\tstyle=\"a\">b</p>", "<p>b</p>");
         row("closing itself", "<br style=\"a\"/>", "<br/>");
         row("behind an unquoted value", "<img alt=a style=\"b\"/>", "<img alt=a />");
+        row("behind one that ends with a slash", "<p id=c/ class=\"a\"lang =style='b>c</p>",
+            "<p id=c/ lang =style='b>c</p>");
         row("nothing between", "<p style=\"a\"id=\"b\">", "<p id=\"b\">");
         row("two styles", "<p style=\"a\" style='b'>", "<p>");
         row("a checklist keeps its class",
@@ -167,6 +169,28 @@ private Q_SLOTS:
             const QString repaired = sanitizeStoredHTML(html);
             if (words(repaired) != words(html))
                 QFAIL(qPrintable(u"seed %1: %2 -> %3"_s.arg(seed).arg(html, repaired)));
+        }
+    }
+
+    /// A note that holds nothing to repair is not taken apart to see that. A comment makes it be.
+    void aShortLookSeesWhatALongOneDoes()
+    {
+        const QStringList pieces = {
+            u"<h1>"_s,       u"</h1>"_s,           u"<p>"_s,     u"</p>"_s,
+            u"<div>"_s,      u"</div>"_s,          u"<SPAN>"_s,  u"</span>"_s,
+            u"<b>"_s,        u"<script>"_s,        u"<style>"_s, u"</style>"_s,
+            u"<br/>"_s,      u"<p class=\"a\">"_s, u"<"_s,       u">"_s,
+            u"</"_s,         u"words"_s,           u" "_s,       u"ł"_s,
+            u"<textarea>"_s, u"<divan>"_s,         u"<łan>"_s};
+        const QString comment = u"<!---->"_s;
+        const quint32 seed = QRandomGenerator::global()->generate();
+        QRandomGenerator random(seed);
+        for (int round = 0; round < 30'000; ++round) {
+            QString html;
+            for (int count = random.bounded(8); count >= 0; --count)
+                html += pieces[random.bounded(pieces.size())];
+            if (comment + sanitizeStoredHTML(html) != sanitizeStoredHTML(comment + html))
+                QFAIL(qPrintable(u"seed %1: %2"_s.arg(seed).arg(html)));
         }
     }
 

@@ -156,12 +156,17 @@ xcb_atom_t XWitness::atom(const QByteArray &name) const
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
+void XWitness::settle() const
+{
+    owned(xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+}
+
 xcb_window_t XWitness::makeWindow() const
 {
     const xcb_window_t window = xcb_generate_id(m_connection);
     xcb_create_window(m_connection, 0, window, root(), -10, -10, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_flush(m_connection);
+    settle();
     return window;
 }
 
@@ -176,14 +181,27 @@ xcb_window_t XWitness::showPlainWindow(const QRect &place, quint32 rgb) const
     sizeHints[0] = positionByUser;
     setProperty(window, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, sizeHints);
     xcb_map_window(m_connection, window);
-    xcb_flush(m_connection);
+    settle();
     return window;
+}
+
+void XWitness::askForFrame(xcb_window_t window) const
+{
+    xcb_client_message_event_t question{};
+    question.response_type = XCB_CLIENT_MESSAGE;
+    question.format = 32;
+    question.window = window;
+    question.type = atom("_NET_REQUEST_FRAME_EXTENTS");
+    xcb_send_event(m_connection, false, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&question));
+    settle();
 }
 
 void XWitness::destroyWindow(xcb_window_t window) const
 {
     xcb_destroy_window(m_connection, window);
-    xcb_flush(m_connection);
+    settle();
 }
 
 void XWitness::setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
@@ -191,17 +209,17 @@ void XWitness::setProperty(xcb_window_t window, const QByteArray &name, xcb_atom
 {
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, atom(name), type, 32,
                         uint32_t(values.size()), values.data());
-    xcb_flush(m_connection);
+    settle();
 }
 
 void XWitness::deleteProperty(xcb_window_t window, const QByteArray &name) const
 {
     xcb_delete_property(m_connection, window, atom(name));
-    xcb_flush(m_connection);
+    settle();
 }
 
 void XWitness::setSelectionOwner(const QByteArray &selection, xcb_window_t owner) const
 {
     xcb_set_selection_owner(m_connection, owner, atom(selection), XCB_CURRENT_TIME);
-    xcb_flush(m_connection);
+    settle();
 }

@@ -45,6 +45,9 @@ public:
     /// A window like any other program's, of one colour and nothing else.
     [[nodiscard]] xcb_window_t showPlainWindow(const QRect &place, quint32 rgb) const;
     void destroyWindow(xcb_window_t window) const;
+    /// Asks the window manager how broad its frame around the window would be; it writes that to
+    /// the window's _NET_FRAME_EXTENTS, after what it was told before.
+    void askForFrame(xcb_window_t window) const;
     void setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
                      const QList<quint32> &values) const;
     void deleteProperty(xcb_window_t window, const QByteArray &name) const;
@@ -52,6 +55,9 @@ public:
     void setSelectionOwner(const QByteArray &selection, xcb_window_t owner) const;
 
 private:
+    /// Waits until the server has carried out what it was told. It serves each program in its turn,
+    /// so that the tested one could else ask before that.
+    void settle() const;
     void collectVisible(xcb_window_t window, QList<xcb_window_t> &windows) const;
 
     xcb_connection_t *m_connection;

@@ -1,0 +1,295 @@
+// Goes between a program and the system (LD_PRELOAD): counts the calls that concern the files below
+// a directory, writes them down, and makes one of them go wrong. The environment says what:
+//
+//   FAULTS_DIRECTORY  the directory
+//   FAULTS_LOG        where the calls are written down, one in a line
+//   FAULTS_AT         the number of the call that goes wrong, from 1
+//   FAULTS_KIND       how: "EIO", "ENOSPC", "kill" (the program ends before the call), "tear" (a
+//                     write ends the program in the middle), "short" (a write takes half of the
+//                     bytes) or "fill" (so it does, and the disk is full then)
+//
+// Nothing is counted before the program calls faultsBegin().
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr int killed = 9;
+
+struct Settings {
+    std::string directory, kind;
+    int at = 0;
+    int log = -1;
+};
+
+std::string variable(const char *name)
+{
+    const char *value = getenv(name); // NOLINT(concurrency-mt-unsafe): nobody sets one
+    return value ? value : "";
+}
+
+const Settings &settings()
+{
+    static const Settings settings = [] {
+        Settings read{variable("FAULTS_DIRECTORY"), variable("FAULTS_KIND"),
+                      int(std::strtol(variable("FAULTS_AT").c_str(), nullptr, 10))};
+        if (const std::string log = variable("FAULTS_LOG"); !log.empty())
+            read.log = int(syscall(SYS_openat, AT_FDCWD, log.c_str(),
+                                   O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+        return read;
+    }();
+    return settings;
+}
+
+std::atomic_bool hasBegun = false;
+std::atomic_int calls = 0;
+
+constexpr size_t longestPath = 600;
+std::array<std::array<char, longestPath>, 1024> openPaths{}; // by descriptor; empty for the others
+
+bool isBelow(const char *path)
+{
+    const std::string &directory = settings().directory;
+    return path && !directory.empty() && strncmp(path, directory.c_str(), directory.size()) == 0;
+}
+
+const char *pathOf(int descriptor)
+{
+    const bool isKnown = descriptor >= 0 && size_t(descriptor) < openPaths.size();
+    return isKnown && openPaths[size_t(descriptor)][0] ? openPaths[size_t(descriptor)].data()
+                                                       : nullptr;
+}
+
+void remember(int descriptor, const char *path)
+{
+    if (descriptor >= 0 && size_t(descriptor) < openPaths.size())
+        snprintf(openPaths[size_t(descriptor)].data(), longestPath, "%s", path);
+}
+
+enum class Verdict { Go, Refuse, Tear, Shorten };
+
+std::atomic_bool isFull = false;
+
+/// Counts a call and says what becomes of it.
+Verdict judge(const char *name, const char *path, const char *more = "")
+{
+    if (!hasBegun)
+        return Verdict::Go;
+    const int number = ++calls;
+    std::array<char, 2 * longestPath> line{};
+    const int length = snprintf(line.data(), line.size(), "%s\t%s\t%s\n", name, path, more);
+    syscall(SYS_write, settings().log, line.data(), size_t(length));
+    const bool isWrite = strcmp(name, "write") == 0;
+    if (isFull && isWrite) {
+        errno = ENOSPC;
+        return Verdict::Refuse;
+    }
+    if (number != settings().at)
+        return Verdict::Go;
+    const std::string &kind = settings().kind;
+    if (kind == "kill")
+        _exit(killed);
+    if (kind == "tear")
+        return isWrite ? Verdict::Tear : Verdict::Go;
+    if (kind == "short" || kind == "fill") {
+        isFull = isWrite && kind == "fill";
+        return isWrite ? Verdict::Shorten : Verdict::Go;
+    }
+    errno = kind == "ENOSPC" ? ENOSPC : EIO;
+    return Verdict::Refuse;
+}
+
+int openFile(int directory, const char *path, int flags, mode_t mode)
+{
+    const bool isCounted = isBelow(path);
+    if (isCounted) {
+        const bool isTemporary = (flags & O_TMPFILE) == O_TMPFILE;
+        const bool isWritten = (flags & O_ACCMODE) != O_RDONLY;
+        if (judge("open", path,
+                  isTemporary ? "temporary"
+                  : isWritten ? "write"
+                              : "read") != Verdict::Go)
+            return -1;
+    }
+    const int descriptor = int(syscall(SYS_openat, directory, path, flags, mode));
+    if (isCounted && descriptor >= 0)
+        remember(descriptor, path);
+    return descriptor;
+}
+
+mode_t modeOf(int flags, va_list arguments)
+{
+    return (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+}
+} // namespace
+
+#define FAULTS_EXPORT extern "C" __attribute__((visibility("default")))
+
+FAULTS_EXPORT void faultsBegin()
+{
+    hasBegun = true;
+}
+
+#define FAULTS_OPEN(name)                                                                          \
+    FAULTS_EXPORT int name(const char *path, int flags, ...)                                       \
+    {                                                                                              \
+        va_list arguments;                                                                         \
+        va_start(arguments, flags);                                                                \
+        const mode_t mode = modeOf(flags, arguments);                                              \
+        va_end(arguments);                                                                         \
+        return openFile(AT_FDCWD, path, flags, mode);                                              \
+    }
+FAULTS_OPEN(open)
+FAULTS_OPEN(open64)
+#undef FAULTS_OPEN
+
+#define FAULTS_OPENAT(name)                                                                        \
+    FAULTS_EXPORT int name(int directory, const char *path, int flags, ...)                        \
+    {                                                                                              \
+        va_list arguments;                                                                         \
+        va_start(arguments, flags);                                                                \
+        const mode_t mode = modeOf(flags, arguments);                                              \
+        va_end(arguments);                                                                         \
+        return openFile(directory, path, flags, mode);                                             \
+    }
+FAULTS_OPENAT(openat)
+FAULTS_OPENAT(openat64)
+#undef FAULTS_OPENAT
+
+FAULTS_EXPORT ssize_t read(int descriptor, void *bytes, size_t size)
+{
+    if (const char *path = pathOf(descriptor); path && judge("read", path) != Verdict::Go)
+        return -1;
+    return syscall(SYS_read, descriptor, bytes, size);
+}
+
+FAULTS_EXPORT ssize_t write(int descriptor, const void *bytes, size_t size)
+{
+    if (const char *path = pathOf(descriptor)) {
+        switch (judge("write", path)) {
+        case Verdict::Go:
+            break;
+        case Verdict::Refuse:
+            return -1;
+        case Verdict::Tear:
+            syscall(SYS_write, descriptor, bytes, size / 2);
+            _exit(killed);
+        case Verdict::Shorten:
+            return syscall(SYS_write, descriptor, bytes, size / 2);
+        }
+    }
+    return syscall(SYS_write, descriptor, bytes, size);
+}
+
+FAULTS_EXPORT int fsync(int descriptor)
+{
+    if (const char *path = pathOf(descriptor); path && judge("fsync", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_fsync, descriptor));
+}
+
+FAULTS_EXPORT int fdatasync(int descriptor)
+{
+    if (const char *path = pathOf(descriptor); path && judge("fsync", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_fdatasync, descriptor));
+}
+
+FAULTS_EXPORT int fchmod(int descriptor, mode_t mode) noexcept
+{
+    if (const char *path = pathOf(descriptor); path && judge("fchmod", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_fchmod, descriptor, mode));
+}
+
+FAULTS_EXPORT int ftruncate(int descriptor, off_t size) noexcept
+{
+    if (const char *path = pathOf(descriptor); path && judge("truncate", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_ftruncate, descriptor, size));
+}
+
+FAULTS_EXPORT int ftruncate64(int descriptor, off64_t size) noexcept
+{
+    return ftruncate(descriptor, size);
+}
+
+FAULTS_EXPORT int close(int descriptor)
+{
+    int refused = 0;
+    if (const char *path = pathOf(descriptor)) {
+        if (judge("close", path) != Verdict::Go)
+            refused = errno;
+        openPaths[size_t(descriptor)][0] = '\0';
+    }
+    const int result = int(syscall(SYS_close, descriptor)); // the descriptor is gone either way
+    if (refused == 0)
+        return result;
+    errno = refused;
+    return -1;
+}
+
+FAULTS_EXPORT int mkdir(const char *path, mode_t mode) noexcept
+{
+    if (isBelow(path) && judge("mkdir", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_mkdirat, AT_FDCWD, path, mode));
+}
+
+FAULTS_EXPORT int unlink(const char *path) noexcept
+{
+    if (isBelow(path) && judge("unlink", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+
+FAULTS_EXPORT int unlinkat(int directory, const char *path, int flags) noexcept
+{
+    if (isBelow(path) && judge("unlink", path) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_unlinkat, directory, path, flags));
+}
+
+FAULTS_EXPORT int renameat2(int from, const char *path, int to, const char *target,
+                            unsigned flags) noexcept
+{
+    if (isBelow(target) && judge("rename", path, target) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_renameat2, from, path, to, target, flags));
+}
+
+FAULTS_EXPORT int renameat(int from, const char *path, int to, const char *target) noexcept
+{
+    return renameat2(from, path, to, target, 0);
+}
+
+FAULTS_EXPORT int rename(const char *path, const char *target) noexcept
+{
+    return renameat2(AT_FDCWD, path, AT_FDCWD, target, 0);
+}
+
+FAULTS_EXPORT int linkat(int from, const char *path, int to, const char *target, int flags) noexcept
+{
+    if (isBelow(target) && judge("link", path, target) != Verdict::Go)
+        return -1;
+    return int(syscall(SYS_linkat, from, path, to, target, flags));
+}
+
+FAULTS_EXPORT int link(const char *path, const char *target) noexcept
+{
+    return linkat(AT_FDCWD, path, AT_FDCWD, target, 0);
+}
