@@ -18,6 +18,10 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: root.text
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 

@@ -81,7 +81,7 @@ T.Popup {
                 width: parent.width
                 visible: text !== ""
                 text: root.message
-                wrapMode: Text.WordWrap
+                wrapMode: Text.Wrap // a path has no spaces
                 lineHeight: 1.2
                 color: Theme.ink
                 opacity: 0.85

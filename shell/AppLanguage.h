@@ -14,6 +14,6 @@ inline constexpr std::array allAppLanguages{AppLanguage::pl, AppLanguage::en};
 /// "pl" or "en", as it is stored.
 [[nodiscard]] QString rawValue(AppLanguage language);
 /// Exact match only.
-[[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(QStringView rawValue);
+[[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(QStringView text);
 /// The language's own name, the same in both languages.
 [[nodiscard]] QString displayName(AppLanguage language);

@@ -11,6 +11,10 @@ namespace Bundle
 [[nodiscard]] QString resourceDirectory();
 /// The bundle itself.
 [[nodiscard]] QString path();
-/// The developers' source tree; empty in builds made without it.
+/// Where the libraries lie that are loaded only when they are needed: Contents/PlugIns in a macOS
+/// bundle, lib/plim/modules beside bin of an installation, plim-modules in a build directory; empty when
+/// there is none.
+[[nodiscard]] QString moduleDirectory();
+/// The developers' source tree, for a program that lies in a build directory; empty elsewhere.
 [[nodiscard]] QString sourceDirectory();
 } // namespace Bundle

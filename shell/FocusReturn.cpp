@@ -1,10 +1,12 @@
 #include "shell/FocusReturn.h"
 
+#include "shell/WithoutTypeInformation.h"
+
 #include <QQuickWindow>
 
 #include <utility>
 
-void FocusReturn::remember(QQuickItem *ofSameWindow)
+WITHOUT_TYPE_INFORMATION void FocusReturn::remember(QQuickItem *ofSameWindow)
 {
     const QQuickWindow *window = ofSameWindow ? ofSameWindow->window() : nullptr;
     QQuickItem *outermost = window ? window->activeFocusItem() : nullptr;
@@ -16,7 +18,7 @@ void FocusReturn::remember(QQuickItem *ofSameWindow)
     m_item = outermost;
 }
 
-void FocusReturn::giveBack()
+WITHOUT_TYPE_INFORMATION void FocusReturn::giveBack()
 {
     QQuickItem *item = std::exchange(m_item, nullptr);
     if (!item || !item->window() || !item->isVisible())

@@ -60,6 +60,17 @@ QString L10n::deletedCount(int count)
     return pick(u"Usunięto "_s + polishNotes(count), QString::number(count) + u" notes deleted"_s);
 }
 
+QString L10n::noteCount(int count)
+{
+    if (count == 1)
+        return pick(u"1 notatka", u"1 note");
+    const QString number = QString::number(count);
+    const int last = count % 10;
+    const bool isTeen = count / 10 % 10 == 1;
+    const bool isFew = last >= 2 && last <= 4 && !isTeen;
+    return pick(number + (isFew ? u" notatki"_s : u" notatek"_s), number + u" notes"_s);
+}
+
 QString L10n::menuRestoredMessage(const QString &file, const QString &date)
 {
     return pick(u"Przywrócono "_s + file + u" z "_s + date,

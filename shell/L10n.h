@@ -33,6 +33,8 @@ public:
     [[nodiscard]] static QString contentSelectedCount(int count);
     /// How many notes were just deleted.
     [[nodiscard]] static QString deletedCount(int count);
+    /// "3 notes", as a quantity.
+    [[nodiscard]] static QString noteCount(int count);
     /// "Restored notes.json.bak.1 from …".
     [[nodiscard]] static QString menuRestoredMessage(const QString &file, const QString &date);
     [[nodiscard]] static QString colorName(NoteColor color);

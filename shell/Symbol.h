@@ -3,6 +3,8 @@
 #include "shell/SharedPicture.h"
 
 #include <QColor>
+#include <QIcon>
+#include <QImage>
 #include <QString>
 #include <qqmlregistration.h>
 
@@ -30,6 +32,11 @@ public:
     void setIsBold(bool isBold);
 
     [[nodiscard]] static bool isKnown(const QString &name);
+    /// For whoever shows a symbol outside of a window: a square of that many pixels.
+    [[nodiscard]] static QImage image(const QString &name, const QColor &color, int pixels);
+
+    /// The symbol for a menu, in one colour; empty when the name is unknown.
+    [[nodiscard]] static QIcon icon(const QString &name, const QColor &color);
 
     void paint(QPainter *painter) const override;
 

@@ -24,7 +24,10 @@ T.AbstractButton {
     Accessible.name: root.helpText
     Accessible.checkable: root.checkable
     Accessible.checked: root.checked
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
     onHoveredChanged: root.hovered ? HelpTip.show(root, root.helpText) : HelpTip.hide(root)

@@ -18,6 +18,9 @@ const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString portalSettings = u"org.freedesktop.portal.Settings"_s;
 const QString interfaceSpace = u"org.gnome.desktop.interface"_s;
 const QString animationsKey = u"enable-animations"_s;
+const QString appearanceSpace = u"org.freedesktop.appearance"_s;
+const QString schemeKey = u"color-scheme"_s;
+constexpr uint lightScheme = 2;
 
 bool isStillOnKde()
 {
@@ -65,15 +68,22 @@ void SystemPreferences::askPortal()
         return;
     bus.connect(portalService, portalPath, portalSettings, u"SettingChanged"_s, this,
                 SLOT(follow(QString, QString, QDBusVariant)));
+    askFor(interfaceSpace, animationsKey);
+    askFor(appearanceSpace, schemeKey);
+}
+
+void SystemPreferences::askFor(const QString &space, const QString &key)
+{
     auto message =
         QDBusMessage::createMethodCall(portalService, portalPath, portalSettings, u"Read"_s);
-    message << interfaceSpace << animationsKey;
+    message << space << key;
     message.setAutoStartService(false); // a desktop that has a portal has started it
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    const QDBusPendingCall call = QDBusConnection::sessionBus().asyncCall(message);
+    auto *watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, space, key] {
         const QDBusPendingReply<QDBusVariant> reply = *watcher;
         if (reply.isValid())
-            follow(interfaceSpace, animationsKey, reply.value());
+            follow(space, key, reply.value());
         watcher->deleteLater();
     });
 }
@@ -83,6 +93,8 @@ void SystemPreferences::follow(const QString &space, const QString &key, const Q
     const QVariant plain = unwrapped(value.variant());
     if (space == interfaceSpace && key == animationsKey && plain.typeId() == QMetaType::Bool)
         setReducesMotion(!plain.toBool() || isStillOnKde());
+    else if (space == appearanceSpace && key == schemeKey && plain.typeId() == QMetaType::UInt)
+        setPrefersLight(plain.toUInt() == lightScheme);
 }
 
 void SystemPreferences::setReducesMotion(bool reducesMotion)
@@ -91,4 +103,12 @@ void SystemPreferences::setReducesMotion(bool reducesMotion)
         return;
     m_reducesMotion = reducesMotion;
     Q_EMIT reducesMotionChanged();
+}
+
+void SystemPreferences::setPrefersLight(bool prefersLight)
+{
+    if (m_prefersLight == prefersLight)
+        return;
+    m_prefersLight = prefersLight;
+    Q_EMIT prefersLightChanged();
 }

@@ -82,6 +82,69 @@
     TEXT(collapseNote, u"Zwiń notatkę", u"Collapse note") \
     TEXT(expandNote, u"Rozwiń notatkę", u"Expand note") \
     TEXT(close, u"Zamknij", u"Close") \
+    /* earlier versions of the notes */ \
+    TEXT(backupRestored, u"Przywrócono backup", u"Backup restored") \
+    TEXT(replaceNotesTitle, u"Zastąpić bieżące notatki?", u"Replace the current notes?") \
+    TEXT(replaceNotesMessage, \
+         u"Wybierz wersję, która ma wrócić. Bieżące notatki zostaną zachowane w osobnym pliku obok kopii.", \
+         u"Choose the version to bring back. The current notes are kept in a file of their own beside the backups.") \
+    TEXT(replaceNotes, u"Zastąp", u"Replace") \
+    TEXT(restoreFailedTitle, u"Nie można przywrócić", u"Nothing could be restored") \
+    TEXT(restoreFailedMessage, \
+         u"Bieżące notatki pozostały bez zmian. Sprawdź, czy na dysku jest miejsce i czy kopie dają się odczytać.", \
+         u"The current notes are as they were. Please see whether the disk has room and the backups can be read.") \
+    TEXT(ok, u"OK", u"OK") \
+    /* the file with the notes */ \
+    TEXT(savingFailsSince, u"Zapisywanie nie udaje się od", u"Saving has been failing since") \
+    TEXT(savingFailsHint, \
+         u"Plim próbuje dalej. Sprawdź, czy na dysku jest miejsce.", \
+         u"Plim keeps trying. Please see whether the disk has room.") \
+    TEXT(conflictTitle, u"Notatki zmienił ktoś jeszcze", u"Something else has changed the notes") \
+    TEXT(conflictMessage, \
+         u"Plik z notatkami zmienił się poza programem. Zapisano notatki, które tu widzisz; tamte są obok, w pliku", \
+         u"The file with the notes was changed outside of Plim. What you see here was saved; the other version is beside it, in the file") \
+    /* notes that leave the program or come in */ \
+    TEXT(exporting, u"Eksportowanie…", u"Exporting…") \
+    TEXT(importing, u"Importowanie…", u"Importing…") \
+    TEXT(exported, u"Wyeksportowano", u"Exported") \
+    TEXT(imported, u"Zaimportowano", u"Imported") \
+    TEXT(exportNoteTitle, u"Eksportuj notatkę", u"Export note") \
+    TEXT(exportAllTitle, u"Eksportuj wszystkie notatki do folderu", u"Export all notes into a folder") \
+    TEXT(importTitle, u"Importuj notatki", u"Import notes") \
+    TEXT(notesToImport, u"Teksty, Markdown i HTML", u"Texts, Markdown and HTML") \
+    TEXT(exportFailed, u"Eksport się nie udał", u"The export failed") \
+    TEXT(importFailed, u"Nie udało się zaimportować wszystkiego", u"Not everything could be imported") \
+    TEXT(printFailed, u"Drukowanie się nie udało", u"Printing failed") \
+    TEXT(cannotWriteTo, u"Nie można zapisać:", u"This cannot be written:") \
+    TEXT(cannotMakePage, u"Nie udało się przygotować strony.", u"The page could not be prepared.") \
+    TEXT(noRoomOnDisk, u"Na dysku brakuje miejsca.", u"The disk has no room left.") \
+    TEXT(noSuchFolder, u"Takiego folderu nie ma.", u"There is no such folder.") \
+    TEXT(notAllowedToWrite, u"Brak prawa do zapisu w tym miejscu.", u"Writing there is not allowed.") \
+    TEXT(isFolder, u"Tę nazwę ma już folder.", u"A folder has this name already.") \
+    TEXT(noSuchPage, u"Notatka nie ma takiej strony.", u"The note has no such page.") \
+    TEXT(printerRefused, u"Drukarka nie przyjęła wydruku.", u"The printer did not take it.") \
+    TEXT(printTitle, u"Drukuj notatkę", u"Print note") \
+    TEXT(folderName, u"Nazwa folderu:", u"Folder name:") \
+    TEXT(andMore, u"i jeszcze:", u"and more:") \
+    TEXT(cannotRead, u"nie można odczytać", u"cannot be read") \
+    TEXT(tooLargeToImport, u"plik jest za duży (ponad 20 MB)", u"the file is too large (over 20 MB)") \
+    TEXT(notTextToImport, u"to nie jest tekst", u"this is not text") \
+    TEXT(unknownKindToImport, u"nieznany rodzaj pliku", u"unknown kind of file") \
+    TEXT(startAtLoginFailed, u"Nie udało się tego ustawić", u"This could not be set") \
+    /* about the program */ \
+    TEXT(about, u"O programie Plim", u"About Plim") \
+    TEXT(tagline, u"Krótkie notatki, na lata.", u"Short notes, to keep.") \
+    TEXT(version, u"Wersja", u"Version") \
+    TEXT(notesLieIn, u"Twoje notatki są w folderze", u"Your notes are in the folder") \
+    TEXT(openFolder, u"Otwórz folder", u"Open folder") \
+    TEXT(cannotOpenFolder, u"Ten pulpit nie ma czym otworzyć folderu.", u"This desktop has nothing to open folders with.") \
+    TEXT(whatIsInside, u"Co jest w środku", u"What is inside") \
+    TEXT(keyboardShortcuts, u"Skróty klawiszowe", u"Keyboard shortcuts") \
+    TEXT(menuBar, u"Menu", u"Menu") \
+    /* groups of keys that are in no menu */ \
+    TEXT(mainWindowKeys, u"Okno główne", u"Main window") \
+    TEXT(listKeys, u"Lista", u"List") \
+    TEXT(stickyKeys, u"Sticky", u"Sticky") \
     /* the colours */ \
     TEXT(red, u"czerwony", u"red") \
     TEXT(orange, u"pomarańczowy", u"orange") \
@@ -89,5 +152,12 @@
     TEXT(green, u"zielony", u"green") \
     TEXT(blue, u"niebieski", u"blue") \
     TEXT(purple, u"fioletowy", u"purple") \
-    TEXT(brown, u"brązowy", u"brown")
+    TEXT(brown, u"brązowy", u"brown") \
+    /* another Plim has the notes */ \
+    TEXT(alreadyOpen, u"Plim jest już otwarty gdzie indziej", u"Plim is already open elsewhere") \
+    TEXT(alreadyOpenAdvice, \
+         u"Tamten Plim nie odpowiada, a notatki może zmieniać tylko jeden naraz. Zamknij go i spróbuj ponownie.", \
+         u"That Plim does not answer, and only one at a time can change the notes. Close it and try again.") \
+    /* the status item */ \
+    TEXT(statusItemHelp, u"Plim — notatki", u"Plim — notes")
 // clang-format on

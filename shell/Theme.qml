@@ -70,6 +70,16 @@ QtObject {
     readonly property real disabledOpacity: 0.35
     readonly property color capsuleInk: Qt.alpha("black", 0.8)
 
+    // The row of menus, on a note's colour or on the empty pane, and the menus themselves
+    readonly property real menuOpacity: 0.78
+    readonly property real litMenuOpacity: 1
+    readonly property real hoveredMenuFill: 0.07
+    readonly property real openMenuFill: 0.12
+    readonly property color menuBorder: "#484c53"
+    readonly property color menuHover: "#444952"
+    readonly property color menuDisabledInk: "#94979c"
+    readonly property color menuSymbolInk: Qt.alpha("white", 0.75)
+
     // The glass of a sticky card, drawn in this order. Whatever stands behind it, black ink on it
     // keeps 4.5 : 1.
     readonly property real glassOpacity: 0.93
@@ -154,6 +164,17 @@ QtObject {
     readonly property int dragThreshold: 2
     readonly property int wheelStep: 60
     readonly property int scrollBarWidth: 8
+    readonly property int menuRowTop: 10
+    readonly property int menuRowLeading: 14
+    readonly property int menuRowHeight: 26
+    readonly property int menuRadius: 9
+    readonly property int wideSheetWidth: 460
+    readonly property int aboutWidth: 420
+    readonly property int aboutHeight: 440
+    readonly property int shortcutsWidth: 720
+    readonly property int shortcutsHeight: 710
+    readonly property int shortcutRowHeight: 24
+    readonly property int progressHeight: 6
     readonly property int undoBarHeight: 44
     readonly property int undoBarMargin: 16
 
@@ -193,6 +214,7 @@ QtObject {
     readonly property font sizePillFont: root.face(Font.Bold, 12)
     readonly property font optionFont: root.face(Font.Bold, 13)
     readonly property font capsuleFont: root.face(Font.DemiBold, 13)
+    readonly property font menuFont: root.face(Font.Normal, 13)
     readonly property font tipFont: root.face(Font.Normal, 12)
 
     function face(weight: int, size: int): font {

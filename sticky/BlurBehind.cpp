@@ -4,7 +4,7 @@
 
 #ifdef PLIM_HAS_XCB
 #include "sticky/NativePixels.h"
-#include "sticky/XServer.h"
+#include "shell/XServer.h"
 
 // The hint of KWin and of compositors that took it over.
 void blurBehind(QWindow &window, const QRegion &region)

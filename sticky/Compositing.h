@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QAbstractNativeEventFilter>
+#include "shell/XSelectionWatch.h"
+
 #include <QObject>
 #include <qqmlregistration.h>
 
@@ -9,7 +10,7 @@ class QQmlEngine;
 
 /// Whether what is see-through shows what lies behind it, as is the case everywhere but on an X
 /// server: there somebody has to do it, who may come and go.
-class Compositing : public QObject, public QAbstractNativeEventFilter
+class Compositing : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
@@ -23,18 +24,14 @@ public:
     /// Without a default parent: of a class that it can make by itself QML makes one of its own.
     explicit Compositing(QObject *parent);
 
-    [[nodiscard]] bool isRunning() const { return m_isRunning; }
-
-    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    [[nodiscard]] bool isRunning() const
+    {
+        return !XSelectionWatch::hasServer() || m_compositor.isOwned();
+    }
 
 Q_SIGNALS:
     void isRunningChanged();
 
 private:
-    void watch();
-    void setIsRunning(bool isRunning);
-
-    bool m_isRunning = true;
-    quint32 m_selection = 0; ///< owned by whoever does it, on an X server
-    int m_eventCode = -1;    ///< of news about selections
+    XSelectionWatch m_compositor;
 };

@@ -110,6 +110,7 @@ PopoverWindow {
                     Accessible.name: L10n[swatch.modelData]
                     Accessible.checked: swatches.current === swatch.index
                     Accessible.onPressAction: swatch.clicked()
+                    Accessible.onToggleAction: swatch.clicked() // offered by its role, as the first one
                     Keys.onReturnPressed: swatch.clicked()
                     Keys.onEnterPressed: swatch.clicked()
                     Keys.onLeftPressed: colors.itemAt(Math.max(0, swatch.index - 1)).forceActiveFocus(Qt.TabFocusReason)
@@ -187,6 +188,7 @@ PopoverWindow {
                     Accessible.name: L10n.textSize + ": " + pill.text
                     Accessible.checked: sizes.current === pill.index
                     Accessible.onPressAction: pill.clicked()
+                    Accessible.onToggleAction: pill.clicked()
                     Keys.onReturnPressed: pill.clicked()
                     Keys.onEnterPressed: pill.clicked()
                     Keys.onLeftPressed: pills.itemAt(Math.max(0, pill.index - 1)).forceActiveFocus(Qt.TabFocusReason)

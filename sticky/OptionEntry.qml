@@ -16,7 +16,10 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: root.text
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 

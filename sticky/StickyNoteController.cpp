@@ -2,6 +2,7 @@
 
 #include "core/NoteColor.h"
 #include "core/NoteEditing.h"
+#include "core/NoteLines.h"
 #include "core/NotificationCenter.h"
 #include "editor/BodyFontSize.h"
 #include "shell/L10n.h"
@@ -80,7 +81,7 @@ QString StickyNoteController::textSize() const
 QString StickyNoteController::title() const
 {
     const Note *shown = note();
-    const QString heading = shown ? shown->headingText() : QString();
+    const QString heading = shown ? headingLine(*shown) : QString();
     return heading.isEmpty() ? L10n::untitled() : heading;
 }
 

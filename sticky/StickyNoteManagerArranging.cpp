@@ -116,6 +116,7 @@ void StickyNoteManager::setBeforeArranging(const QHash<QUuid, Arrangement> &arra
 {
     const bool couldUndo = canUndoArrange();
     m_beforeArranging = arrangement;
+    // cppcheck-suppress knownConditionTrueFalse ; it asks what was set in between
     if (couldUndo != canUndoArrange())
         Q_EMIT canUndoArrangeChanged();
 }

@@ -38,7 +38,8 @@ FocusScope {
         // Controls that went out of sight have lost it. Later: whoever brought the window to the
         // front may have somebody in mind.
         function onIsActiveChanged() {
-            Qt.callLater(() => {
+            // Qt 6.4 describes this method as a property that may be one.
+            Qt.callLater(() => { // qmllint disable
                 const item = root.Window.activeFocusItem;
                 if (item === root || item === root.Window.contentItem)
                     root.keepKeyboard();

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 #ifdef PLIM_HAS_XCB
 #include "sticky/NativePixels.h"
-#include "sticky/XServer.h"
+#include "shell/XServer.h"
 
 #include <xcb/shape.h>
 

@@ -1,4 +1,5 @@
 #include "shell/FocusReturn.h"
+#include "tests/Patience.h"
 
 #include <QQuickWindow>
 #include <QTest>
@@ -56,7 +57,7 @@ private Q_SLOTS:
     void givesBackToWhatHadTheKeyboard()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         for (QQuickItem *item : {scene.second, scene.beside, scene.first}) {
             item->forceActiveFocus();
             scene.openPopup();
@@ -69,7 +70,7 @@ private Q_SLOTS:
     void aScopeWhoseFieldIsGoneGetsItForWhatComesNext()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         scene.first->forceActiveFocus();
         scene.openPopup();
         delete scene.first;
@@ -81,7 +82,7 @@ private Q_SLOTS:
     void whoeverTookItMeanwhileKeepsIt()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         scene.first->forceActiveFocus();
         scene.openPopup();
         scene.beside->forceActiveFocus();
@@ -92,7 +93,7 @@ private Q_SLOTS:
     void nothingIsGivenBackTwice()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         scene.beside->forceActiveFocus();
         scene.openPopup();
         scene.closePopup();
@@ -104,7 +105,7 @@ private Q_SLOTS:
     void whatIsHiddenGetsNothing()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         scene.beside->forceActiveFocus();
         scene.openPopup();
         scene.beside->setVisible(false);
@@ -115,7 +116,7 @@ private Q_SLOTS:
     void whatIsGoneGetsNothing()
     {
         Scene scene;
-        QVERIFY(QTest::qWaitForWindowActive(&scene.window));
+        QVERIFY(QTest::qWaitForWindowActive(&scene.window, longEnough));
         scene.beside->forceActiveFocus();
         scene.openPopup();
         delete scene.beside;

@@ -1,4 +1,5 @@
 #include "shell/FocusWatch.h"
+#include "tests/Patience.h"
 
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -10,7 +11,7 @@ void activate(QWindow &window)
 {
     window.setVisible(true);
     window.requestActivate();
-    if (!QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == &window; }))
+    if (!QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == &window; }, longEnough))
         qFatal("The window does not get the keyboard");
 }
 

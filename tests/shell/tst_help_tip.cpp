@@ -1,6 +1,7 @@
 #include "shell/HelpTip.h"
 
 #include "shell/AnchoredPlacement.h"
+#include "tests/Patience.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -52,7 +53,7 @@ private Q_SLOTS:
         f.tip.show(f.item.get(), u"Close"_s);
         QVERIFY(!f.tip.isShown());
         QCOMPARE(f.tip.text(), u"Close"_s);
-        QVERIFY(f.shown.wait());
+        QVERIFY(f.shown.wait(longEnough));
         QVERIFY(f.tip.isShown());
         QVERIFY2(timer.elapsed() >= 500, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(f.tip.host(), &f.window);
@@ -81,7 +82,7 @@ private Q_SLOTS:
         QFETCH(Action, action);
         Fixture f;
         f.tip.show(f.item.get(), u"Close"_s);
-        QVERIFY(f.shown.wait());
+        QVERIFY(f.shown.wait(longEnough));
         action(f);
         QVERIFY(!f.tip.isShown());
         QCOMPARE(f.shown.count(), 2);
@@ -108,7 +109,7 @@ private Q_SLOTS:
         // A tip that is asked for later in another place would come later than this one.
         Fixture later;
         later.tip.show(later.item.get(), u"later"_s);
-        QVERIFY(later.shown.wait());
+        QVERIFY(later.shown.wait(longEnough));
         QCOMPARE(f.shown.count(), 0);
     }
 
@@ -116,7 +117,7 @@ private Q_SLOTS:
     {
         Fixture f;
         f.tip.show(f.item.get(), u"Close"_s);
-        QVERIFY(f.shown.wait());
+        QVERIFY(f.shown.wait(longEnough));
         f.tip.hide(&f.other);
         f.tip.hide(nullptr);
         f.tip.update(&f.other, u"Other"_s);
@@ -136,7 +137,7 @@ private Q_SLOTS:
         Fixture f;
         f.tip.show(f.item.get(), u"Close"_s);
         f.tip.show(&f.other, u"Other"_s);
-        QVERIFY(f.shown.wait());
+        QVERIFY(f.shown.wait(longEnough));
         f.tip.hide(f.item.get());
         f.item->setVisible(false);
         f.item.reset();

@@ -1,8 +1,11 @@
 #include "shell/InputModality.h"
 
+#include <QPointingDevice>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWindow>
+
+#include <memory>
 
 class TestInputModality : public QObject
 {
@@ -66,12 +69,12 @@ private Q_SLOTS:
 
     void aFingerEndsIt()
     {
-        QPointingDevice *screen = QTest::createTouchDevice();
+        const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
         QTest::keyClick(&m_window, Qt::Key_Down);
         QVERIFY(InputModality::shared().isKeyboard());
-        QTest::touchEvent(&m_window, screen).press(0, QPoint(5, 5));
+        QTest::touchEvent(&m_window, screen.get()).press(0, QPoint(5, 5));
         QVERIFY(!InputModality::shared().isKeyboard());
-        QTest::touchEvent(&m_window, screen).release(0, QPoint(5, 5));
+        QTest::touchEvent(&m_window, screen.get()).release(0, QPoint(5, 5));
     }
 
     void thereIsOneForAll()

@@ -38,7 +38,7 @@ struct Scene {
         window.resize(200, 100);
         window.show();
     }
-    Patch *add(QPointF at, QSizeF size = {40, 30})
+    Patch *add(QPointF at, QSizeF size = {40, 30}) const
     {
         auto *patch = new Patch(window.contentItem());
         patch->setPosition(at);

@@ -96,6 +96,27 @@ private Q_SLOTS:
         QVERIFY(!preferences.reducesMotion());
     }
 
+    void aDesktopOfLightColoursSaysSo()
+    {
+        const QString appearance = u"org.freedesktop.appearance"_s;
+        const QString scheme = u"color-scheme"_s;
+        SystemPreferences preferences(nullptr);
+        QSignalSpy changed(&preferences, &SystemPreferences::prefersLightChanged);
+        QVERIFY(!preferences.prefersLight());
+        tell(preferences, appearance, scheme, 0U); // no preference
+        tell(preferences, appearance, scheme, 1U); // dark
+        tell(preferences, interfaceSpace, scheme, 2U);
+        tell(preferences, appearance, scheme, u"2"_s);
+        QCOMPARE(changed.count(), 0);
+        tell(preferences, appearance, scheme, 2U);
+        tell(preferences, appearance, scheme, 2U);
+        QVERIFY(preferences.prefersLight());
+        QCOMPARE(changed.count(), 1);
+        tell(preferences, appearance, scheme, 1U);
+        QVERIFY(!preferences.prefersLight());
+        QCOMPARE(changed.count(), 2);
+    }
+
     void thePortalDoesNotOverruleTheFile()
     {
         writeGlobals("[KDE]\nAnimationDurationFactor=0\n");

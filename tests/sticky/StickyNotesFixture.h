@@ -14,6 +14,10 @@
 #include <memory>
 #include <optional>
 
+/// Two frames that are well in view.
+inline constexpr StickyFrame somewhere{200, 300, 320, 400};
+inline constexpr StickyFrame elsewhere{600, 120.5, 280, 200};
+
 /// A manager of windows that are nowhere but in the test, on a screen of 1600 x 1000 with a panel
 /// of 40 points at its bottom. The manager may be ended and begun anew, as the program is.
 class StickyNotesFixture
@@ -124,7 +128,7 @@ public:
     ThrowAwayHome home;
     NoteStore store{home.data()};
     std::optional<Manager> manager;
-    QList<QUuid> made; ///< the notes that windows were made for, in order
+    QList<QUuid> made;              ///< the notes that windows were made for, in order
     std::function<void()> whenMade; ///< before the manager has it
 
 private:

@@ -1,4 +1,5 @@
 #include "core/NotificationCenter.h"
+#include "tests/Patience.h"
 #include "tests/sticky/StickyNotesFixture.h"
 
 #include <QElapsedTimer>
@@ -201,7 +202,7 @@ private Q_SLOTS:
         f.manager->expandAll();
         f.manager->sortWindowsByColor(f.store);
         QSignalSpy saved(&*f.manager, &StickyNoteManager::layoutSaved);
-        QVERIFY(saved.wait()); // that is later than any packing
+        QVERIFY(saved.wait(longEnough)); // that is later than any packing
         QCOMPARE(order(f), u"10"_s);
     }
 
@@ -257,7 +258,7 @@ private Q_SLOTS:
         QVERIFY(!f.manager->canUndoArrange());
         QCOMPARE(changed.count(), 2);
         QSignalSpy saved(&*f.manager, &StickyNoteManager::layoutSaved);
-        QVERIFY(saved.wait()); // that is later than any packing
+        QVERIFY(saved.wait(longEnough)); // that is later than any packing
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(f.frame(i), before[i]);
             QCOMPARE(f.saved(i), before[i]);

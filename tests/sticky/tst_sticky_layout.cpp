@@ -1,6 +1,7 @@
 #include "core/Note.h"
 #include "sticky/StickyLayoutEntry.h"
 #include "tests/ThrowAwayHome.h"
+#include "tests/core/LinearWork.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -108,6 +109,37 @@ private Q_SLOTS:
         const auto entries =
             decodeStickyLayout("[" + QByteArray(good).replace("{", R"({"z":1,)") + "]");
         QCOMPARE(entries.size(), 1);
+    }
+
+    /// The settings may hold whatever somebody put there.
+    void largeLayoutsTakeTheirShareOfTime_data()
+    {
+        QTest::addColumn<QByteArray>("pattern");
+        QTest::newRow("entries of one note") << good + ',';
+        QTest::newRow("entries of nothing") << QByteArray("{},");
+        QTest::newRow("names") << QByteArray("{\"noteID\":\"a\"},");
+        QTest::newRow("brackets") << QByteArray("[");
+        QTest::newRow("quotes") << QByteArray("\"");
+        QTest::newRow("zeros") << QByteArray("0");
+    }
+    void largeLayoutsTakeTheirShareOfTime()
+    {
+        QFETCH(QByteArray, pattern);
+        const QByteArray fault = againstLinearWork([&pattern](qsizetype size) {
+            (void)decodeStickyLayout('[' + filled(pattern, size) + "{}]");
+        });
+        QVERIFY2(fault.isEmpty(), fault);
+    }
+
+    void manyWindowsTakeTheirShareOfTime()
+    {
+        const QByteArray fault = againstLinearWork([](qsizetype size) {
+            QList<StickyLayoutEntry> entries;
+            for (qsizetype i = 0; i < size / good.size(); ++i)
+                entries << StickyLayoutEntry{QUuid::createUuid(), {1.5, -2, 300, 340}};
+            QVERIFY(decodeStickyLayout(encodeStickyLayout(entries)).size() == entries.size());
+        });
+        QVERIFY2(fault.isEmpty(), fault);
     }
 
     void theSettingsKeepTheBytes()

@@ -5,6 +5,7 @@
 #include "sticky/VisualEffectView.h"
 #include "sticky/WindowShape.h"
 #include "sticky/WindowTraits.h"
+#include "tests/Patience.h"
 #include "tests/sticky/XWitness.h"
 
 #include <QGuiApplication>
@@ -142,7 +143,7 @@ private Q_SLOTS:
         shape.setWindow(&window);
         QSignalSpy shadow(&shape, &WindowShape::shadowChanged);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         const QRegion whole = pixels(QRect(QPoint(0, 0), cardWithShadow));
         const QRegion rounded = pixels(roundedRegion({QPoint(0, 0), cardWithShadow}, 16));
         const QRegion input = pixels(QRect(20, 20, 160, 80));
@@ -173,7 +174,7 @@ private Q_SLOTS:
         shape.setWindow(&window);
         shape.setRadius(12);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(shapeOf(window), pixels(roundedRegion({0, 0, 200, 120}, 12)));
         window.resize(300, 200);
         QTRY_COMPARE(shapeOf(window), pixels(roundedRegion({0, 0, 300, 200}, 12)));
@@ -184,13 +185,13 @@ private Q_SLOTS:
         const WId before = window.winId();
         window.close(); // the native window, too
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QVERIFY(window.winId() != before);
         QTRY_COMPARE(shapeOf(window), pixels(roundedRegion({0, 0, 300, 200}, 16)));
         window.hide();
         window.resize(200, 120);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(shapeOf(window), pixels(roundedRegion({0, 0, 200, 120}, 16)));
     }
 
@@ -204,7 +205,7 @@ private Q_SLOTS:
         shape.setWindow(&window);
         shape.setWantedShadow(24);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(shapeOf(window, XCB_SHAPE_SK_INPUT), pixels(QRect(24, 24, 152, 72)));
         window.resize(300, 200);
         QTRY_COMPARE(shapeOf(window, XCB_SHAPE_SK_INPUT), pixels(QRect(24, 24, 252, 152)));
@@ -212,7 +213,7 @@ private Q_SLOTS:
         QTRY_COMPARE(shapeOf(window, XCB_SHAPE_SK_INPUT), pixels(QRect(19, 19, 262, 162)));
         window.close();
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(shapeOf(window, XCB_SHAPE_SK_INPUT), pixels(QRect(19, 19, 262, 162)));
         QTRY_COMPARE(property(window, extents), QList<quint32>(4, pixels(24)));
         shape.setWantedShadow(0);
@@ -252,7 +253,7 @@ private Q_SLOTS:
         view.setParentItem(&card);
         view.setSize({100, 80});
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(property(window, blur), numbers(pixels(QRect(0, 0, 100, 80))));
         card.setPosition({24, 24}); // which the view is not told
         QTRY_COMPARE(property(window, blur), numbers(pixels(QRect(24, 24, 100, 80))));
@@ -261,7 +262,7 @@ private Q_SLOTS:
         QTRY_COMPARE(property(window, blur), numbers(pixels(roundedRegion({24, 24, 100, 80}, 16))));
         window.close();
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_COMPARE(property(window, blur), numbers(pixels(roundedRegion({24, 24, 100, 80}, 16))));
     }
 

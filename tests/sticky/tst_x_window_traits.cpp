@@ -1,6 +1,7 @@
 #include "sticky/Compositing.h"
 #include "sticky/WindowShape.h"
 #include "sticky/WindowTraits.h"
+#include "tests/Patience.h"
 #include "tests/sticky/XWitness.h"
 
 #include <QProcess>
@@ -60,10 +61,10 @@ class TestXWindowTraits : public QObject
     {
         const auto isAbove = [&] { return states(window).contains(above); };
         window.setFlag(Qt::WindowStaysOnTopHint);
-        if (!QTest::qWaitFor(isAbove) || !isKeptOut(window))
+        if (!QTest::qWaitFor(isAbove, longEnough) || !isKeptOut(window))
             return false;
         window.setFlag(Qt::WindowStaysOnTopHint, false);
-        return QTest::qWaitFor([&] { return !isAbove(); }) && isKeptOut(window);
+        return QTest::qWaitFor([&] { return !isAbove(); }, longEnough) && isKeptOut(window);
     }
 
 private Q_SLOTS:
@@ -80,9 +81,9 @@ private Q_SLOTS:
         Target beneath;
         Target card;
         beneath.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&beneath));
+        QVERIFY(QTest::qWaitForWindowExposed(&beneath, longEnough));
         card.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&card));
+        QVERIFY(QTest::qWaitForWindowExposed(&card, longEnough));
         const xcb_window_t frame = m_witness.frameOf(card);
         QVERIFY(frame != xcb_window_t(card.winId())); // or there is nothing to be tested
         click({205, 155});
@@ -140,14 +141,14 @@ private Q_SLOTS:
         Target window;
         if (isShownBefore) {
             window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
             QVERIFY(!isKeptOut(window));
         }
         keepOutOfTaskSwitcher(window);
         keepOutOfTaskSwitcher(window); // once is enough
         QCOMPARE(window.children().size(), 1);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_VERIFY(isKeptOut(window));
         QVERIFY(isKeptOutByTheManager(window));
         QCOMPARE(m_witness.names(xcb_window_t(window.winId()), "_NET_WM_WINDOW_TYPE").last(),
@@ -171,7 +172,7 @@ private Q_SLOTS:
         window.setFlag(Qt::WindowStaysOnTopHint);
         keepOutOfTaskSwitcher(window);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
         QTRY_VERIFY(isKeptOut(window));
         for (int again = 0; again < 3; ++again) {
             if (isClosed)
@@ -181,10 +182,10 @@ private Q_SLOTS:
             if (isWaitedFor && !isClosed)
                 QTRY_VERIFY(!m_witness.hasProperty(xcb_window_t(window.winId()), state));
             window.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
             QTRY_VERIFY(isKeptOut(window));
-            // What Qt says of it is left alone. A window manager that sees a window go and come in one
-            // moment may drop that, with or without anything of ours.
+            // What Qt says of it is left alone. A window manager that sees a window go and come in
+            // one moment may drop that, with or without anything of ours.
             if (isWaitedFor)
                 QTRY_VERIFY(states(window).contains(above));
         }

@@ -1,4 +1,4 @@
-#include "sticky/XServer.h"
+#include "shell/XServer.h"
 
 #include <QGuiApplication>
 
