@@ -29,6 +29,7 @@ public:
     Q_ENUM(Kind)
 
     EditorCommand() = default;
+    // cppcheck-suppress noExplicitConstructor ; most kinds are all there is to say
     EditorCommand(Kind kind)
         : m_kind(kind)
     {

@@ -55,8 +55,8 @@ void EditorController::layOutAgain()
         m_coordinator->layOutAgain();
 }
 
-void EditorController::handOver(std::shared_ptr<void> debt)
+void EditorController::handOver(const std::shared_ptr<void> &debt)
 {
     if (m_coordinator)
-        m_coordinator->handOver(std::move(debt));
+        m_coordinator->handOver(debt);
 }

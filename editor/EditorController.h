@@ -39,7 +39,7 @@ public:
     /// See RichTextEditorCoordinator. Without an editor there is nothing to lay out, and the debt is
     /// let go of at once.
     Q_INVOKABLE void layOutAgain();
-    void handOver(std::shared_ptr<void> debt);
+    void handOver(const std::shared_ptr<void> &debt);
 
 Q_SIGNALS:
     void formatStateChanged();

@@ -18,14 +18,6 @@ WebEngineView {
         view.isLoadingPage = true;
         view.loadHtml(document, EditorProfile.baseUrl);
     }
-    function insertScript(name: string, source: string, point: int) {
-        const script = WebEngine.script();
-        script.name = name;
-        script.sourceCode = source;
-        script.injectionPoint = point;
-        script.worldId = WebEngineScript.MainWorld;
-        view.userScripts.insert(script);
-    }
 
     objectName: "editorWebView"
     backgroundColor: "transparent"
@@ -78,7 +70,14 @@ WebEngineView {
         view.seam.reportLost("process, status " + status);
     }
     Component.onCompleted: {
-        view.insertScript("channel", EditorProfile.channelScript, WebEngineScript.DocumentCreation);
-        view.insertScript("page", EditorProfile.pageScript, WebEngineScript.DocumentReady);
+        // The engine's own description, plugins.qmltypes, does not know its collection of scripts.
+        view.userScripts.insert(EditorProfile.channelScript); // qmllint disable type
+        view.userScripts.insert(EditorProfile.pageScript); // qmllint disable type
+    }
+    // The engine keeps them for a view that is gone, and may run them in one that comes later, beside
+    // that one's own: what runs twice in a page cuts it off from its host.
+    Component.onDestruction: {
+        if (!view.isSpent) // in a process that comes after a lost one it would take the new view's
+            view.userScripts.clear(); // qmllint disable type
     }
 }

@@ -2,7 +2,7 @@
 
 #include "editor/EditorPage.h"
 #include "editor/FontBase.h"
-#include "editor/PageRequestFilter.h"
+#include "pages/PageEngine.h"
 
 #include <QCoreApplication>
 #include <QQmlEngine>
@@ -21,16 +21,18 @@ EditorProfile *EditorProfile::create(QQmlEngine *, QJSEngine *)
     return &shared();
 }
 
-QQuickWebEngineProfile *EditorProfile::profile()
+void EditorProfile::prepare()
+{
+    PageEngine::load();
+}
+
+QObject *EditorProfile::profile()
 {
     if (m_profile)
         return m_profile;
     // Owned by the application: the engine has to go before it does.
-    m_profile = new QQuickWebEngineProfile(qApp);
-    m_profile->setOffTheRecord(true); // nothing of it is kept on disk
-    m_profile->setSpellCheckEnabled(false);
-    m_profile->setUrlRequestInterceptor(new PageRequestFilter(
-        baseUrl().toLocalFile() + u"Fonts"_s, m_imagesDirectory, m_profile));
+    m_profile = PageEngine::shared().makeProfile(
+        {.fonts = baseUrl().toLocalFile() + u"Fonts"_s, .images = m_imagesDirectory}, qApp);
     QQmlEngine::setObjectOwnership(m_profile, QQmlEngine::CppOwnership);
     return m_profile;
 }
@@ -41,14 +43,16 @@ QUrl EditorProfile::baseUrl() const
     return url;
 }
 
-QString EditorProfile::channelScript() const
+QVariant EditorProfile::channelScript() const
 {
-    static const QString script = editorChannelScript();
+    static const QVariant script = PageEngine::shared().makeScript(
+        u"channel"_s, editorChannelScript(), PageEngine::Moment::creation);
     return script;
 }
 
-QString EditorProfile::pageScript() const
+QVariant EditorProfile::pageScript() const
 {
-    static const QString script = editorScript();
+    static const QVariant script =
+        PageEngine::shared().makeScript(u"page"_s, editorScript(), PageEngine::Moment::ready);
     return script;
 }

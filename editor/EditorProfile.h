@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QObject>
-#include <QQuickWebEngineProfile>
 #include <QString>
 #include <QUrl>
+#include <QVariant>
 #include <qqmlregistration.h>
 
 class QJSEngine;
@@ -11,7 +11,7 @@ class QQmlEngine;
 
 /// What all editors share: the web engine profile with its request filter and the page's scripts,
 /// and the page's base URL.
-/// The web engine starts when the profile is first asked for, not before.
+/// The web engine is loaded and starts when the profile is first asked for, not before.
 class EditorProfile : public QObject
 {
     Q_OBJECT
@@ -19,8 +19,8 @@ class EditorProfile : public QObject
     QML_SINGLETON
     Q_PROPERTY(QObject *profile READ profile CONSTANT)
     Q_PROPERTY(QUrl baseUrl READ baseUrl CONSTANT)
-    Q_PROPERTY(QString channelScript READ channelScript CONSTANT)
-    Q_PROPERTY(QString pageScript READ pageScript CONSTANT)
+    Q_PROPERTY(QVariant channelScript READ channelScript CONSTANT)
+    Q_PROPERTY(QVariant pageScript READ pageScript CONSTANT)
 
 public:
     [[nodiscard]] static EditorProfile &shared();
@@ -30,14 +30,18 @@ public:
     [[nodiscard]] QString imagesDirectory() const { return m_imagesDirectory; }
     void setImagesDirectory(const QString &directory) { m_imagesDirectory = directory; }
 
-    [[nodiscard]] QQuickWebEngineProfile *profile();
+    /// Loads what sets pages, which has to be there before QML imports QtWebEngine.
+    Q_INVOKABLE void prepare();
+    /// A QQuickWebEngineProfile.
+    [[nodiscard]] QObject *profile();
     [[nodiscard]] QUrl baseUrl() const;
-    [[nodiscard]] QString channelScript() const;
-    [[nodiscard]] QString pageScript() const;
+    /// QWebEngineScripts.
+    [[nodiscard]] QVariant channelScript() const;
+    [[nodiscard]] QVariant pageScript() const;
 
 private:
     EditorProfile() = default;
 
     QString m_imagesDirectory;
-    QQuickWebEngineProfile *m_profile = nullptr;
+    QObject *m_profile = nullptr;
 };

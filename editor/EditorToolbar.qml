@@ -55,6 +55,8 @@ Column {
                 focusPolicy: Qt.TabFocus
                 Accessible.role: Accessible.CheckBox
                 Accessible.name: entry.name
+                Accessible.onPressAction: tool.clicked()
+                Accessible.onToggleAction: tool.clicked() // offered by its role, as the first one
                 Keys.onReturnPressed: tool.clicked()
                 Keys.onEnterPressed: tool.clicked()
                 Keys.onUpPressed: repeater.itemAt(Math.max(0, entry.index - 1))?.button.forceActiveFocus(Qt.TabFocusReason)

@@ -86,6 +86,7 @@ Item {
         focusPolicy: Qt.TabFocus
         Accessible.role: Accessible.Button
         Accessible.name: L10n.noteColor
+        Accessible.onPressAction: optionsButton.clicked()
         Keys.onReturnPressed: optionsButton.clicked()
         Keys.onEnterPressed: optionsButton.clicked()
         onClicked: root.showColorPicker = !root.showColorPicker && !root.pickerJustClosed

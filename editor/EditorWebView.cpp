@@ -4,19 +4,44 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
+void PageMessages::receive(const QString &handler, const QString &body)
+{
+    m_begun.reset();
+    Q_EMIT received(handler, body);
+}
+
+void PageMessages::receiveBeginning(const QString &piece)
+{
+    m_begun = piece;
+}
+
+void PageMessages::receiveMiddle(const QString &piece)
+{
+    if (m_begun)
+        *m_begun += piece;
+}
+
+void PageMessages::receiveEnd(const QString &handler, const QString &piece)
+{
+    if (const std::optional<QString> begun = std::exchange(m_begun, {}))
+        Q_EMIT received(handler, *begun + piece);
+}
+
 EditorWebView::EditorWebView(QObject *parent) : QObject(parent)
 {
     connect(&m_messages, &PageMessages::received, this, &EditorWebView::messageReceived);
 }
 
-void EditorWebView::evaluate(const QString &script, Completion completion)
+void EditorWebView::evaluate(const QString &script, const Completion &completion)
 {
     if (!completion) {
         Q_EMIT scriptRequestedWithoutResult(script);
         return;
     }
     const int ticket = ++m_lastTicket;
-    m_completions.insert(ticket, std::move(completion));
+    m_completions.insert(ticket, completion);
     Q_EMIT scriptRequested(ticket, script);
 }
 
@@ -67,4 +92,10 @@ void EditorWebView::reportLost(const QString &reason)
     qCWarning(editorLog).noquote() << "Plim: editor page lost:" << reason;
     abandonScripts();
     Q_EMIT lost();
+}
+
+void EditorWebView::reportUnfit()
+{
+    Q_EMIT renewalRequested();
+    reportLost(u"without its script"_s);
 }

@@ -7,6 +7,7 @@
 #include <qqmlregistration.h>
 
 #include <functional>
+#include <optional>
 
 /// What the page may call in the host: nothing but to hand over a message.
 class PageMessages : public QObject
@@ -15,10 +16,18 @@ class PageMessages : public QObject
 
 public:
     using QObject::QObject;
-    Q_INVOKABLE void receive(const QString &handler, const QString &body) { Q_EMIT received(handler, body); }
+
+    Q_INVOKABLE void receive(const QString &handler, const QString &body);
+    // A long message, in pieces. One whose page went away before its end is never handed over.
+    Q_INVOKABLE void receiveBeginning(const QString &piece);
+    Q_INVOKABLE void receiveMiddle(const QString &piece);
+    Q_INVOKABLE void receiveEnd(const QString &handler, const QString &piece);
 
 Q_SIGNALS:
     void received(const QString &handler, const QString &body);
+
+private:
+    std::optional<QString> m_begun;
 };
 
 /// The coordinator's side of one embedded web view. The view itself, declared in QML, carries out
@@ -36,7 +45,7 @@ public:
     explicit EditorWebView(QObject *parent = nullptr);
 
     /// Runs the script in the page. The completion is never called when the page goes away first.
-    void evaluate(const QString &script, Completion completion = {});
+    void evaluate(const QString &script, const Completion &completion = {});
     /// No answer is taken any more, and whoever waits for one need not wait on.
     void abandonScripts();
     void load(const QString &document);
@@ -54,6 +63,8 @@ public:
     Q_INVOKABLE void reportLoaded();
     /// The page could not be loaded, or its process is gone.
     Q_INVOKABLE void reportLost(const QString &reason);
+    /// The page is there, and not what it should be; the next one is to be loaded in a new view.
+    void reportUnfit();
 
 Q_SIGNALS:
     // to the view
@@ -62,6 +73,7 @@ Q_SIGNALS:
     void loadRequested(const QString &document);
     void focusRequested();
     void layoutRequested();
+    void renewalRequested();
     // to the coordinator
     void loaded();
     void lost();

@@ -14,6 +14,8 @@ bool isOpenableLink(const QUrl &url)
 
 QUrl openableLink(const QString &address)
 {
+    if (address.size() > longestOpenableLink)
+        return {};
     const QUrl url(address);
     return isOpenableLink(url) ? url : QUrl();
 }

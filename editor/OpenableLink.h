@@ -7,5 +7,8 @@
 /// or a receiver. A file or a program is never opened from a note.
 [[nodiscard]] bool isOpenableLink(const QUrl &url);
 
-/// The address as the page tells it; empty when it may not be opened.
+/// The system starts no program with a longer word, and a page could keep us busy with one.
+constexpr qsizetype longestOpenableLink = 32768;
+
+/// The address as the page tells it; empty when it may not be opened, or is longer than the longest.
 [[nodiscard]] QUrl openableLink(const QString &address);

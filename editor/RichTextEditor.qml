@@ -36,18 +36,29 @@ Item {
         onScriptRequested: (ticket, script) => page.item.runJavaScript(script, result => seam.finishScript(ticket, result))
         onScriptRequestedWithoutResult: script => page.item.runJavaScript(script)
         onLoadRequested: document => {
-            if (page.item.isSpent)
+            if (page.item.isSpent || page.isUnfit)
                 page.renew();
             page.item.loadPage(document);
         }
-        onFocusRequested: page.item.forceActiveFocus()
+        onFocusRequested: (page.item as Item).forceActiveFocus()
         onLayoutRequested: page.layOutAgain()
+        onRenewalRequested: page.isUnfit = true
+    }
+
+    HeldKeys {
+        window: root.Window.window
+        page: page
+        isHolding: coordinator.isCaretAwaited && root.enabled
     }
 
     Loader {
         id: page
 
+        property bool isUnfit: false ///< its view is not to be used again
+
         function renew() {
+            page.isUnfit = false;
+            EditorProfile.prepare();
             page.source = "";
             page.setSource("EditorPageView.qml", {
                 seam: seam
@@ -57,7 +68,7 @@ Item {
         function layOutAgain() {
             page.anchors.margins = -1;
             page.anchors.margins = 0;
-            page.item.update();
+            (page.item as Item).update();
         }
 
         anchors.fill: parent

@@ -9,7 +9,7 @@
 #include "editor/EditorProfile.h"
 #include "editor/MergedHTML.h"
 #include "editor/OpenableLink.h"
-#include "editor/ScriptLiteral.h"
+#include "editor/PageScripts.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -28,33 +28,12 @@ constexpr auto commandDelay = 50ms;
 // Keys and questions reach the page by different ways, and a question may overtake the key before it.
 // The first one seldom does, the one after its answer hardly ever, and the next was never seen to.
 constexpr int lastRounds = 3;
+constexpr int mostLossesAtWork = 3;
 constexpr auto calmAfter = 10s; ///< a page that lived this long does not count as failing in a row
-
-const QString focusScript = u"window.focusBodyAtEnd && window.focusBodyAtEnd();"_s;
-const QString reportStateScript = u"window.reportFormatState && window.reportFormatState();"_s;
-const QString cancelDebounceScript = u"window.cancelDebounce && window.cancelDebounce();"_s;
-const QString linkAtCaretScript = u"window.linkAtCaret()"_s;
-const QString readHTMLScript = u"window.getComposedHTML()"_s;
-const QString layOutScript = u"document.body && document.body.offsetHeight;"_s;
-const QString isFocusedScript =
-    u"document.activeElement === document.getElementById('title') || "
-    "document.activeElement === document.getElementById('body') || "
-    "document.getElementById('body').contains(document.activeElement) || "
-    "document.getElementById('title').contains(document.activeElement)"_s;
-
-QString setCurrentIDScript(const QUuid &noteID)
-{
-    return u"window.setCurrentID(\""_s + uuidText(noteID) + u"\");"_s;
-}
-
-QString setContentScript(const QString &html)
-{
-    return u"window.setContent("_s + jsString(html) + u");"_s;
-}
 
 QList<RichTextEditorCoordinator *> &liveEditors()
 {
-    static QList<RichTextEditorCoordinator *> editors;
+    static QList<RichTextEditorCoordinator *> editors; // cppcheck-suppress unassignedVariable ; it is a list
     return editors;
 }
 
@@ -119,10 +98,13 @@ void RichTextEditorCoordinator::update(const RichTextEditor &value)
     if (m_controller)
         m_controller->setCoordinator(this);
     const bool isNew = m_value != value;
+    const bool isOther = m_value.noteID != value.noteID;
     // The text that the host holds by now; said again, it is no news.
     if (value.noteID == m_loadedNoteID && (value.noteID != m_value.noteID || value.html != m_value.html))
         m_storedHTML = value.html;
     m_value = value;
+    if (isOther)
+        setCaretAwaited(isOtherNoteWanted());
     sync();
     if (isNew)
         Q_EMIT valueChanged();
@@ -139,9 +121,16 @@ void RichTextEditorCoordinator::loadPage()
 // Whatever finished loading is an empty page: it is never taken for one that shows the note.
 void RichTextEditorCoordinator::finishLoading()
 {
+    qCDebug(editorLog, "page ready");
     m_reload.stop();
     forgetPage();
     m_pageLoaded = true;
+    // The engine brings the page its script by another way than its document. Without it the page
+    // would take words and tell nobody of them.
+    m_webView->evaluate(PageScript::hasScript, [self = QPointer(this)](const QVariant &result) {
+        if (self && self->m_webView && !result.toBool())
+            self->m_webView->reportUnfit();
+    });
     sync();
 }
 
@@ -170,6 +159,8 @@ void RichTextEditorCoordinator::recover()
     if (m_loadedNoteID)
         m_takesFocusWhenShown = m_isSyncing || (m_webView && m_webView->isFirstResponder());
     forgetPage();
+    // Who writes goes on writing. A note that no page survives does not keep the keyboard.
+    setCaretAwaited(m_takesFocusWhenShown && m_lossesInARow < mostLossesAtWork && isOtherNoteWanted());
     // At once the first time; a page that fails again and again gets longer and longer rests.
     m_reload.start(m_lossesInARow == 0 ? 0ms : std::min(5000ms, 125ms * (1 << std::min(m_lossesInARow, 6))));
 }
@@ -197,7 +188,7 @@ void RichTextEditorCoordinator::refreshIfNotTyping()
 {
     if (!m_loadedNoteID)
         return; // no note asked for and none shown: there is nothing to refresh
-    m_webView->evaluate(isFocusedScript, [self = QPointer(this)](const QVariant &result) {
+    m_webView->evaluate(PageScript::isFocused, [self = QPointer(this)](const QVariant &result) {
         const bool hasCaret = result.typeId() == QMetaType::Bool && result.toBool();
         if (self && self->m_webView && !(hasCaret && self->m_webView->isFirstResponder()))
             self->refresh();
@@ -213,21 +204,21 @@ void RichTextEditorCoordinator::refresh()
     };
     if (isOutdated())
         return;
-    m_webView->evaluate(cancelDebounceScript);
-    read([this, isOutdated] {
+    m_webView->evaluate(PageScript::cancelDebounce);
+    read(PageScript::readHTML, [this, isOutdated] {
         if (isOutdated())
             return;
         ++m_contentRevision;
         m_documentHTML = m_value.html;
-        m_webView->evaluate(setContentScript(m_documentHTML));
+        m_webView->evaluate(PageScript::setContent(m_documentHTML));
     });
 }
 
 // An answer is of use only while the page holds what it held when it was asked: once other content
 // was sent, the text that was there before has been taken by an earlier answer.
-void RichTextEditorCoordinator::read(std::function<void()> next)
+void RichTextEditorCoordinator::read(const QString &question, std::function<void()> next)
 {
-    m_webView->evaluate(readHTMLScript, [self = QPointer(this), revision = m_contentRevision,
+    m_webView->evaluate(question, [self = QPointer(this), revision = m_contentRevision,
                                          next = std::move(next)](const QVariant &result) {
         if (!self || !self->m_webView || self->m_contentRevision != revision)
             return;
@@ -242,18 +233,20 @@ void RichTextEditorCoordinator::showFirst()
     show(*m_value.noteID, m_value.html, m_value.bodyFontSize);
     if (takesFocus)
         focusPage();
-    m_webView->evaluate(reportStateScript);
+    else
+        setCaretAwaited(false);
+    m_webView->evaluate(PageScript::reportState);
 }
 
 void RichTextEditorCoordinator::switchNote()
 {
     m_isSyncing = true;
-    m_webView->evaluate(cancelDebounceScript);
-    read([this, captured = m_value] {
+    m_webView->evaluate(PageScript::cancelDebounce);
+    read(PageScript::readHTML, [this, captured = m_value] {
         show(*captured.noteID, captured.html, captured.bodyFontSize);
         focusPage();
         m_isSyncing = false;
-        m_webView->evaluate(reportStateScript);
+        m_webView->evaluate(PageScript::reportState);
         // What was asked for while the answer was awaited has not been looked at yet.
         sync();
     });
@@ -266,7 +259,7 @@ void RichTextEditorCoordinator::show(const QUuid &noteID, const QString &html, d
     m_documentHTML = html;
     m_storedHTML = m_value.noteID == noteID ? m_value.html : html;
     // One script, so that no report of the page can come between, one note's text under another's id.
-    m_webView->evaluate(setCurrentIDScript(noteID) + u'\n' + setContentScript(html));
+    m_webView->evaluate(PageScript::setCurrentID(noteID) + u'\n' + PageScript::setContent(html));
     applyFontSize(fontSize);
     m_isShowing = true;
     Q_EMIT shown(noteID);
@@ -275,7 +268,23 @@ void RichTextEditorCoordinator::show(const QUuid &noteID, const QString &html, d
 void RichTextEditorCoordinator::focusPage()
 {
     m_webView->makeFirstResponder();
-    m_webView->evaluate(focusScript);
+    m_webView->evaluate(PageScript::focus, [self = QPointer(this)](const QVariant &) {
+        if (self)
+            self->setCaretAwaited(self->isOtherNoteWanted());
+    });
+}
+
+bool RichTextEditorCoordinator::isOtherNoteWanted() const
+{
+    return m_value.noteID && (m_value.noteID != m_loadedNoteID || m_isSyncing);
+}
+
+void RichTextEditorCoordinator::setCaretAwaited(bool isCaretAwaited)
+{
+    if (m_isCaretAwaited == isCaretAwaited)
+        return;
+    m_isCaretAwaited = isCaretAwaited;
+    Q_EMIT isCaretAwaitedChanged();
 }
 
 void RichTextEditorCoordinator::applyFontSize(double size)
@@ -377,7 +386,7 @@ void RichTextEditorCoordinator::receiveLink(const QString &address)
     // The page looked at it already, but what runs there is not to be trusted.
     const QUrl url = openableLink(address);
     if (url.isEmpty())
-        qCInfo(editorLog) << "Plim: link not opened, scheme" << QUrl(address).scheme();
+        qCInfo(editorLog) << "Plim: link not opened, scheme" << QUrl(address.left(longestOpenableLink)).scheme();
     else
         Q_EMIT linkActivated(url);
 }
@@ -421,7 +430,7 @@ void RichTextEditorCoordinator::requestLinkAtCaret(std::function<void(const QStr
         std::function<void(const QString &)> answer;
         QString address;
     };
-    m_webView->evaluate(linkAtCaretScript,
+    m_webView->evaluate(PageScript::linkAtCaret,
                         [question = std::make_shared<Question>(std::move(answer))](
                             const QVariant &result) { question->address = textOf(result); });
 }
@@ -431,15 +440,17 @@ void RichTextEditorCoordinator::flush()
     handOver(EditorFlush::shared().owe());
 }
 
-void RichTextEditorCoordinator::handOver(std::shared_ptr<void> debt)
+void RichTextEditorCoordinator::handOver(const std::shared_ptr<void> &debt)
 {
     collect(lastRounds, debt);
 }
 
 void RichTextEditorCoordinator::collect(int rounds, const std::shared_ptr<void> &debt)
 {
-    if (rounds > 0 && m_webView && m_loadedNoteID)
-        read([this, rounds, debt] { collect(rounds - 1, debt); });
+    if (rounds == 0 || !m_webView || !m_loadedNoteID)
+        return;
+    read(rounds == lastRounds ? PageScript::readHTML : PageScript::readChangedHTML,
+         [this, rounds, debt] { collect(rounds - 1, debt); });
 }
 
 void RichTextEditorCoordinator::layOutAgain()
@@ -447,7 +458,7 @@ void RichTextEditorCoordinator::layOutAgain()
     if (!m_webView || !m_pageLoaded)
         return;
     m_webView->layOutAgain();
-    m_webView->evaluate(layOutScript);
+    m_webView->evaluate(PageScript::layOut);
 }
 
 void RichTextEditorCoordinator::run(const EditorCommand &command)

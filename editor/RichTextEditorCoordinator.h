@@ -26,6 +26,7 @@ class RichTextEditorCoordinator : public QObject
     Q_PROPERTY(EditorWebView *webView READ webView WRITE setWebView NOTIFY webViewChanged)
     Q_PROPERTY(EditorController *controller READ controller WRITE setController NOTIFY controllerChanged)
     Q_PROPERTY(RichTextEditor value READ value WRITE update NOTIFY valueChanged)
+    Q_PROPERTY(bool isCaretAwaited READ isCaretAwaited NOTIFY isCaretAwaitedChanged)
     Q_PROPERTY(QUrl hoveredLink READ hoveredLink NOTIFY hoveredLinkChanged)
 
 public:
@@ -40,6 +41,9 @@ public:
     [[nodiscard]] const RichTextEditor &value() const { return m_value; }
     void update(const RichTextEditor &value);
 
+    /// The note asked for is to have the keyboard, and its page has not got its caret yet.
+    [[nodiscard]] bool isCaretAwaited() const { return m_isCaretAwaited; }
+
     /// Gives the page the focus and runs the command there, 0.05 s from now: a click on a toolbar
     /// has taken the focus away, and the page restores its selection only while focused.
     void run(const EditorCommand &command);
@@ -52,7 +56,7 @@ public:
     /// at once without a page that shows a note, and when the page goes away. A window that closes
     /// right after a key lives until then. The view may be in the middle of telling the answer, so
     /// that whoever ends with the debt must not take the view down in the same breath.
-    void handOver(std::shared_ptr<void> debt);
+    void handOver(const std::shared_ptr<void> &debt);
 
     /// For a view whose window has grown from a very low height, and which may stay blank.
     Q_INVOKABLE void layOutAgain();
@@ -77,6 +81,7 @@ Q_SIGNALS:
     void webViewChanged();
     void controllerChanged();
     void valueChanged();
+    void isCaretAwaitedChanged();
 
 private:
     void loadPage();
@@ -87,13 +92,15 @@ private:
     void refreshIfNotTyping();
     void refresh();
     /// Takes what the page holds, then goes on; the page may go first, and then nothing is done.
-    void read(std::function<void()> next);
+    void read(const QString &question, std::function<void()> next);
     /// Takes what the page holds that many times, one after the other, and holds the debt meanwhile.
     void collect(int rounds, const std::shared_ptr<void> &debt);
     void showFirst();
     void switchNote();
     void show(const QUuid &noteID, const QString &html, double fontSize);
     void focusPage();
+    void setCaretAwaited(bool isCaretAwaited);
+    [[nodiscard]] bool isOtherNoteWanted() const;
     void applyFontSize(double size);
     void receive(const QString &handler, const QString &body);
     void receiveChange(const QString &body);
@@ -118,6 +125,7 @@ private:
     bool m_pageLoaded = false;
     bool m_isShowing = false;              ///< content was sent, and the page has not reported since
     bool m_isSyncing = false;              ///< a switch waits for the old note's HTML
+    bool m_isCaretAwaited = false;
     double m_lastFontSize = -1.0;
     bool m_takesFocusWhenShown = true;     ///< false while a page that had no focus is recovered
     QTimer m_reload;

@@ -38,13 +38,16 @@ QString jsString(QStringView text)
     QString literal;
     literal.reserve(text.size() + text.size() / 16 + 2);
     literal += u'"';
-    for (const QChar c : text) {
-        const QLatin1StringView escape = escapeOf(c);
+    qsizetype begin = 0; // of what stands for itself
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QLatin1StringView escape = escapeOf(text[i]);
         if (escape.isEmpty())
-            literal += c;
-        else
-            literal += escape;
+            continue;
+        literal += text.sliced(begin, i - begin);
+        literal += escape;
+        begin = i + 1;
     }
+    literal += text.sliced(begin);
     literal += u'"';
     return literal;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/RichTextEditorCoordinator.h"
+#include "tests/Patience.h"
 #include "tests/editor/FakeView.h"
 
 #include <QTest>
@@ -46,7 +47,7 @@ public:
     void load()
     {
         coordinator.setWebView(&view.seam);
-        if (!QTest::qWaitFor([this] { return !view.documents.isEmpty(); }))
+        if (!QTest::qWaitFor([this] { return !view.documents.isEmpty(); }, longEnough))
             qFatal("The page was not loaded");
         view.seam.reportLoaded();
     }

@@ -10,11 +10,13 @@
 namespace Script
 {
 inline const QString focus = QStringLiteral("window.focusBodyAtEnd && window.focusBodyAtEnd();");
+inline const QString hasScript = QStringLiteral("typeof window.setContent === 'function'");
 inline const QString reportState =
     QStringLiteral("window.reportFormatState && window.reportFormatState();");
 inline const QString cancelDebounce =
     QStringLiteral("window.cancelDebounce && window.cancelDebounce();");
 inline const QString read = QStringLiteral("window.getComposedHTML()");
+inline const QString readChanged = QStringLiteral("window.getChangedHTML()");
 inline const QString layOut = QStringLiteral("document.body && document.body.offsetHeight;");
 inline const QString isFocused =
     QStringLiteral("document.activeElement === document.getElementById('title') || "
@@ -50,8 +52,15 @@ public:
     {
         QObject::connect(&seam, &EditorWebView::scriptRequested, &seam,
                          [this](int ticket, const QString &script) {
+                             if (script == Script::hasScript) {
+                                 seam.finishScript(ticket, hasScript);
+                                 return;
+                             }
                              m_log += script;
-                             m_unanswered.append({ticket, script});
+                             if (script == Script::focus && hasCaretAtOnce)
+                                 seam.finishScript(ticket, {});
+                             else
+                                 m_unanswered.append({ticket, script});
                          });
         QObject::connect(&seam, &EditorWebView::scriptRequestedWithoutResult, &seam,
                          [this](const QString &script) { m_log += script; });
@@ -111,6 +120,8 @@ public:
     EditorWebView seam;
     QStringList documents;
     bool getsKeyboardWhenAsked = false;
+    bool hasCaretAtOnce = true;
+    bool hasScript = true;
 
 private:
     QStringList m_log;

@@ -24,6 +24,7 @@ public:
                 setContent(html) { page.html = html; page.isPending = true; },
                 setFontSize(size) { page.size = size; },
                 getComposedHTML() { return page.html; },
+                getChangedHTML() { return page.html; },
                 cancelDebounce() { page.isPending = false; },
                 focusBodyAtEnd() { document.activeElement = regions.body; },
                 reportFormatState() {},

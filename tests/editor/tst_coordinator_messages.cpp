@@ -134,6 +134,34 @@ private Q_SLOTS:
         QCOMPARE(f.changes, Changes());
     }
 
+    void aLongMessageComesInPieces()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        page.receiveBeginning(u"<p>"_s);
+        page.receiveMiddle(u"long"_s);
+        page.receiveMiddle(u"er "_s);
+        QCOMPARE(f.changes, Changes());
+        page.receiveEnd(u"plim"_s, u"text</p>"_s);
+        QCOMPARE(f.changes, Changes({{noteA.id, u"<p>longer text</p>"_s}}));
+    }
+
+    void aMessageWithoutItsBeginningOrEndIsNone()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        page.receiveMiddle(u"<p>the rest"_s);
+        page.receiveEnd(u"plim"_s, u"of a page that died</p>"_s);
+        QCOMPARE(f.changes, Changes());
+        page.receiveBeginning(u"<p>cut off"_s);
+        page.receiveBeginning(u"<p>anew"_s);
+        page.receive(u"plim"_s, u"<p>short</p>"_s);
+        page.receiveEnd(u"plim"_s, u"</p>"_s);
+        QCOMPARE(f.changes, Changes({{noteA.id, u"<p>short</p>"_s}}));
+    }
+
     void otherHandlersChangeNothing()
     {
         EditorFixture f;

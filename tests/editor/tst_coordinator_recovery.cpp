@@ -4,6 +4,10 @@
 
 #include <QElapsedTimer>
 
+#include <algorithm>
+#include <array>
+#include <functional>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace
@@ -170,26 +174,30 @@ private Q_SLOTS:
 
     void restsGrowWithEveryLoss()
     {
-        EditorFixture f;
-        f.showNote(noteA, a);
-        qint64 rests[4] = {};
-        for (int loss = 0; loss < 4; ++loss) {
-            if (loss > 0)
-                QTest::ignoreMessage(QtWarningMsg, "Plim: editor page lost: test");
-            QElapsedTimer rest;
-            rest.start();
-            f.view.lose();
-            QTRY_COMPARE(f.view.documents.size(), loss + 2);
-            rests[loss] = rest.elapsed();
+        constexpr qint64 expected[]{0, 250, 500, 1000}; // ms
+        constexpr qint64 late[]{200, 500, 1000, 2000};  // no rest, or the one before, or the next
+        std::array<qint64, 4> best{60'000, 60'000, 60'000, 60'000};
+        const auto isLate = [&] { return !std::ranges::equal(best, late, std::less<qint64>()); };
+        // A machine that stands still makes a rest longer; it does not each time.
+        for (int attempt = 0; attempt < 5 && isLate(); ++attempt) {
+            EditorFixture f;
+            f.showNote(noteA, a);
+            for (int loss = 0; loss < 4; ++loss) {
+                if (loss > 0)
+                    QTest::ignoreMessage(QtWarningMsg, "Plim: editor page lost: test");
+                QElapsedTimer rest;
+                rest.start();
+                f.view.lose();
+                QTRY_COMPARE(f.view.documents.size(), loss + 2);
+                QVERIFY2(rest.elapsed() >= expected[loss] * 9 / 10,
+                         qPrintable(u"%1: %2 ms"_s.arg(loss).arg(rest.elapsed())));
+                best[size_t(loss)] = std::min(best[size_t(loss)], rest.elapsed());
+            }
+            f.view.seam.reportLoaded();
+            QCOMPARE(f.coordinator.loadedNoteID(), std::optional(noteA.id));
         }
-        QVERIFY(rests[0] < 200);
-        for (int loss = 1; loss < 4; ++loss) { // a quarter, half, a whole second
-            const qint64 expected = 125 << loss;
-            QVERIFY2(rests[loss] >= expected * 9 / 10 && rests[loss] < 2 * expected,
-                     qPrintable(u"%1: %2 ms"_s.arg(loss).arg(rests[loss])));
-        }
-        f.view.seam.reportLoaded();
-        QCOMPARE(f.coordinator.loadedNoteID(), std::optional(noteA.id));
+        for (size_t loss = 0; loss < best.size(); ++loss)
+            QVERIFY2(best[loss] < late[loss], qPrintable(u"%1: %2 ms"_s.arg(loss).arg(best[loss])));
     }
 
     // One load ends because another began: the news of the first come with the second under way.
@@ -204,6 +212,24 @@ private Q_SLOTS:
         f.coordinator.run(EditorCommand::Kind::bold); // later than the rest would have ended
         QTRY_VERIFY(!f.view.log().isEmpty());
         QCOMPARE(f.view.documents.size(), 1);
+    }
+
+    // It would take words and tell nobody of them.
+    void aPageWithoutItsScriptIsLost()
+    {
+        EditorFixture f;
+        const QSignalSpy renewal(&f.view.seam, &EditorWebView::renewalRequested);
+        f.showNote(noteA, a);
+        QCOMPARE(renewal.count(), 0);
+        f.view.hasScript = false;
+        QTest::ignoreMessage(QtWarningMsg, "Plim: editor page lost: without its script");
+        f.view.seam.reportLoaded();
+        QCOMPARE(renewal.count(), 1);
+        f.view.hasScript = true;
+        loadAgain(f, 2);
+        QCOMPARE(f.view.log().first(), Script::show(noteA.text, a));
+        QCOMPARE(f.changes, Changes());
+        f.view.lose(); // as init() expects
     }
 
     // A page that was loaded anew is empty, whoever loaded it.

@@ -57,7 +57,7 @@ private Q_SLOTS:
                                   u"window.runCommand(\"formatBlock\", \"h3\");"_s, keyboard,
                                   u"window.runCommand(\"createLink\", \"a\\\"b\");"_s, keyboard,
                                   u"window.toggleChecklist(null);"_s}));
-        QVERIFY2(ranAfter >= 45 && ranAfter < 1000, qPrintable(QString::number(ranAfter)));
+        QVERIFY2(ranAfter >= 45, qPrintable(QString::number(ranAfter)));
         QVERIFY(f.view.questions().isEmpty()); // nobody waits for a result
     }
 

@@ -39,17 +39,22 @@ private Q_SLOTS:
         row("another face does not count", {u"a/b/c/bin/Outfit-Bold.ttf"_s, u"home/Fonts/"_s},
             u"home/"_s);
         row("where it was started", {u"home/Fonts/"_s, u"a/b/c/Fonts/"_s}, u"home/"_s);
-        if (Bundle::sourceDirectory().isEmpty()) {
-            row("one up", {u"a/b/c/Fonts/"_s, u"a/b/Fonts/"_s}, u"a/b/c/"_s);
-            row("two up", {u"a/b/Fonts/"_s, u"a/Fonts/"_s}, u"a/b/"_s);
-            row("three up", {u"a/Fonts/"_s, u"Fonts/"_s}, u"a/"_s);
-            row("four up is too far", {u"Fonts/"_s}, u"a/b/c/bin/"_s);
-            row("nowhere", {}, u"a/b/c/bin/"_s);
-            row("nowhere, installed", {u"a/b/c/share/plim/"_s}, u"a/b/c/share/plim/"_s);
-        } else {
-            row("the source tree before the executable's neighbours", {u"a/b/c/Fonts/"_s},
-                QString());
-        }
+        row("one up", {u"a/b/c/Fonts/"_s, u"a/b/Fonts/"_s}, u"a/b/c/"_s);
+        row("two up", {u"a/b/Fonts/"_s, u"a/Fonts/"_s}, u"a/b/"_s);
+        row("three up", {u"a/Fonts/"_s, u"Fonts/"_s}, u"a/"_s);
+        row("four up is too far", {u"Fonts/"_s}, u"a/b/c/bin/"_s);
+        row("nowhere", {}, u"a/b/c/bin/"_s);
+        row("nowhere, installed", {u"a/b/c/share/plim/"_s}, u"a/b/c/share/plim/"_s);
+        // What says where the sources are says "sources".
+        const QString sources = u"a/plim-source-directory"_s;
+        const QString itsFace = u"sources/Fonts/Outfit-Regular.ttf"_s;
+        row("the source tree before the executable's neighbours",
+            {sources, itsFace, u"a/b/c/Fonts/"_s}, u"sources/"_s);
+        row("installed before the source tree", {sources, itsFace, u"a/b/c/share/plim/Fonts/"_s},
+            u"a/b/c/share/plim/"_s);
+        row("a source tree that has gone", {sources, u"a/b/c/Fonts/"_s}, u"a/b/c/"_s);
+        row("another build's source tree", {u"b/plim-source-directory"_s, itsFace},
+            u"a/b/c/bin/"_s);
     }
     void places()
     {
@@ -63,6 +68,8 @@ private Q_SLOTS:
             if (!file.endsWith(u'/')) {
                 QFile face(tree.filePath(file));
                 QVERIFY(face.open(QIODevice::WriteOnly));
+                if (file.endsWith("plim-source-directory"_L1))
+                    face.write(QFile::encodeName(tree.filePath(u"sources"_s)) + '\n');
             }
         }
         const QString program = tree.filePath(u"a/b/c/bin/program"_s);
@@ -72,10 +79,8 @@ private Q_SLOTS:
         process.start(program, {u"--tell-font-base"_s});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 0);
-        const QString directory =
-            base.isEmpty() ? Bundle::sourceDirectory() + u'/' : tree.filePath(base);
         QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()),
-                 QUrl::fromLocalFile(directory).toString(QUrl::FullyEncoded));
+                 QUrl::fromLocalFile(tree.filePath(base)).toString(QUrl::FullyEncoded));
     }
 
     void thePageFindsItsFonts()
@@ -94,8 +99,8 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
-    if (application.arguments().contains(u"--tell-font-base"_s)) {
+    const QCoreApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains(u"--tell-font-base"_s)) {
         std::fputs(qPrintable(fontBaseURL().toString(QUrl::FullyEncoded)), stdout);
         return 0;
     }

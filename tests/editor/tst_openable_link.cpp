@@ -67,6 +67,14 @@ private Q_SLOTS:
         QVERIFY(!isOpenableLink(QUrl(address)));
         QCOMPARE(openableLink(address), QUrl());
     }
+
+    void refusesWhatNobodyCouldTake()
+    {
+        const QString begin = u"https://example.org/"_s;
+        const QString longest = begin + QString(longestOpenableLink - begin.size(), u'a');
+        QCOMPARE(openableLink(longest), QUrl(longest));
+        QCOMPARE(openableLink(longest + u'a'), QUrl());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestOpenableLink)

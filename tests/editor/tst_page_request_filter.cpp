@@ -1,4 +1,4 @@
-#include "editor/PageRequestFilter.h"
+#include "pages/engine/PageRequestFilter.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,10 +3,13 @@
 #include "core/app/Platform.h"
 #include "editor/ScriptLiteral.h"
 
+#include "tests/Patience.h"
+#include "tests/views/WaitFor.h"
+
+#include <QApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QFile>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -15,13 +18,10 @@
 #include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <chrono>
-
 Q_IMPORT_QML_PLUGIN(Plim_EditorPlugin)
 Q_IMPORT_QML_PLUGIN(Plim_ShellPlugin)
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 OpenedLinks::OpenedLinks()
 {
@@ -69,15 +69,16 @@ bool PageFixture::open(const QUuid &noteID, const QString &html)
         return false;
     ask(noteID, html);
     // The page puts the caret into what it was given a moment later.
-    return QTest::qWaitFor([this, noteID] { return m_coordinator->loadedNoteID() == noteID; }, 10'000)
-        && QTest::qWaitFor([this] { return js(u"regionOf(document.activeElement) !== null"_s).toBool(); }, 5000)
-        && settle();
+    return waitFor([this, noteID] { return m_coordinator->loadedNoteID() == noteID; }) &&
+           waitFor(
+               [this] { return js(u"regionOf(document.activeElement) !== null"_s).toBool(); }) &&
+           settle();
 }
 
 bool PageFixture::settle()
 {
     js(u"window.hasSettled = false; setTimeout(() => { window.hasSettled = true; }, 2 * FOCUS_DELAY); null"_s);
-    return QTest::qWaitFor([this] { return js(u"window.hasSettled"_s).toBool(); }, 5000);
+    return waitFor([this] { return js(u"window.hasSettled"_s).toBool(); });
 }
 
 void PageFixture::ask(const QUuid &noteID, const QString &html, double fontSize)
@@ -93,13 +94,13 @@ bool PageFixture::activate()
 {
     m_view.requestActivate();
     webEngineView()->forceActiveFocus();
-    return QTest::qWaitForWindowActive(&m_view)
-        && QTest::qWaitFor([this] { return js(u"document.hasFocus()"_s).toBool(); }, 5000);
+    return QTest::qWaitForWindowActive(&m_view, longEnough) &&
+           waitFor([this] { return js(u"document.hasFocus()"_s).toBool(); });
 }
 
 bool PageFixture::prepare()
 {
-    if (!QTest::qWaitFor([this] { return js(u"typeof window.setContent"_s) == u"function"_s; }, 20'000))
+    if (!waitFor([this] { return js(u"typeof window.setContent"_s) == u"function"_s; }))
         return false;
     QFile file(u":/marks.js"_s);
     if (!file.open(QIODevice::ReadOnly))
@@ -123,7 +124,7 @@ QVariant PageFixture::js(const QString &script)
         answer->value = result;
         answer->loop.quit();
     });
-    QTimer::singleShot(10s, &answer->loop, &QEventLoop::quit);
+    QTimer::singleShot(longEnough, &answer->loop, &QEventLoop::quit);
     if (!answer->isThere)
         answer->loop.exec();
     return answer->value;
@@ -141,7 +142,7 @@ void PageFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers, const QStr
     QKeyEvent up(QEvent::KeyRelease, key, modifiers, scanCode, 0, 0, text);
     QCoreApplication::sendEvent(&m_view, &down);
     QCoreApplication::sendEvent(&m_view, &up);
-    if (!QTest::qWaitFor([&] { return js(u"marks.keysUp()"_s).toInt() > before; }, 5000))
+    if (!waitFor([&] { return js(u"marks.keysUp()"_s).toInt() > before; }))
         qWarning("the page saw no key %d", int(key));
 }
 
@@ -163,7 +164,7 @@ void PageFixture::click(const QString &selector)
     }
     js(u"window.clicksSeen = 0; document.addEventListener('click', () => { window.clicksSeen += 1; }, { once: true }); null"_s);
     QTest::mouseClick(&m_view, Qt::LeftButton, {}, QPointF(centre[0].toDouble(), centre[1].toDouble()).toPoint());
-    if (!QTest::qWaitFor([this] { return js(u"window.clicksSeen"_s).toInt() > 0; }, 5000))
+    if (!waitFor([this] { return js(u"window.clicksSeen"_s).toInt() > 0; }))
         qWarning("the page saw no click");
 }
 
@@ -185,6 +186,6 @@ int runPageTest(int argc, char **argv, int (*run)(int, char **))
     qputenv("HOME", home.path().toUtf8());
     for (const char *name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         qunsetenv(name);
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     return run(argc, argv);
 }

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void theLastLetterArrives_data();
     void theLastLetterArrives();
     void aPageThatIsLaidOutAgainGoesOn();
+    void pagesThatComeAndGoRunTheirScriptsOnce();
 
 private:
     PageFixture m_page;
@@ -90,6 +92,28 @@ void TestPageClosing::aPageThatIsLaidOutAgainGoesOn()
     QCOMPARE(m_page.body(), u"<p>m[il]k</p>"_s);
     m_page.type(u"x"_s);
     QTRY_COMPARE(m_page.body(), u"<p>mx|k</p>"_s);
+}
+
+// All of them live in the engine process of the page that stays.
+void TestPageClosing::pagesThatComeAndGoRunTheirScriptsOnce()
+{
+    // A script's error is more than a warning, which is all that QTest can be made to fail for.
+    static QStringList errors;
+    static QtMessageHandler shown = nullptr;
+    shown = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+        if (type == QtCriticalMsg)
+            errors << text;
+        shown(type, context, text);
+    });
+    const auto restored = qScopeGuard([] { qInstallMessageHandler(shown); });
+    for (int turn = 0; turn < 15; ++turn) {
+        PageFixture first;
+        PageFixture second;
+        QVERIFY(first.open(QUuid::createUuid(), u"<h1>A</h1><p>one</p>"_s));
+        QVERIFY(second.open(QUuid::createUuid(), u"<h1>B</h1><p>two</p>"_s));
+    }
+    QVERIFY(m_page.activate());
+    QCOMPARE(errors, QStringList());
 }
 
 PLIM_PAGE_TEST_MAIN(TestPageClosing)

@@ -1,4 +1,5 @@
 #include "tests/page/PageFixture.h"
+#include "tests/Patience.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void linkKeepsItsAddress();
     void pictureLosesItsStyle();
     void selectionIsRestoredAfterFocusWasLost();
+    void aLetterTypedInTheMomentOfACommandKeepsItsPlace();
     void selectionThatLeftTheDocumentIsDropped();
     void undoAndRedo();
     void toggleErrorIsLogged();
@@ -203,6 +205,17 @@ void TestPageCommands::selectionIsRestoredAfterFocusWasLost()
     QCOMPARE(m_page.body(), u"<p>a <b>[milk]</b> b</p>"_s);
 }
 
+// The engine tells of a new selection only later: a command that comes in between must not go back to
+// the one before.
+void TestPageCommands::aLetterTypedInTheMomentOfACommandKeepsItsPlace()
+{
+    m_page.load(u"<p>mi|</p>"_s);
+    QTRY_COMPARE(m_page.text(u"String(savedRange.startOffset)"_s), u"2"_s);
+    m_page.js(u"document.execCommand('insertText', false, 'l'); runCommand('formatBlock', 'h2');"
+              u"document.execCommand('insertText', false, 'k'); null"_s);
+    QCOMPARE(m_page.body(), u"<h2>milk|</h2>"_s);
+}
+
 void TestPageCommands::selectionThatLeftTheDocumentIsDropped()
 {
     m_page.load(u"<p>a [milk] b</p><p>tea</p>"_s);
@@ -248,7 +261,7 @@ QJsonObject TestPageCommands::state()
         }
         return !object.isEmpty();
     };
-    return QTest::qWaitFor(take) ? object : QJsonObject();
+    return QTest::qWaitFor(take, longEnough) ? object : QJsonObject();
 }
 
 void TestPageCommands::formatStateReport_data()

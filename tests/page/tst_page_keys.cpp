@@ -11,6 +11,7 @@ class TestPageKeys : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void altWithALetterWritesNothing();
     void keysInBody_data();
     void keysInBody();
 
@@ -170,6 +171,10 @@ void TestPageKeys::keysInBody_data()
         u"<p>milk|</p><check><li>☐tea</li></check>"_s);
     row("Backspace at an item that never got a box", u"<check><li>☐mil</li><li>|k</li></check>"_s, Qt::Key_Backspace,
         u"<check><li>☐mil|k</li></check>"_s);
+    row("Backspace at an empty item that never got a box", u"<check><li.checked>☑<br></li><li>|<br></li></check>"_s, Qt::Key_Backspace,
+        u"<check><li.checked>☑<br>|</li></check>"_s);
+    row("Backspace at a first item that never got a box", u"<p>a</p><check><li>|<br></li><li>☐b</li></check>"_s, Qt::Key_Backspace,
+        u"<p>a</p><p>|<br></p><check><li>☐b</li></check>"_s);
     row("Backspace in the first item of a second checklist", u"<check><li>☐milk</li></check><check><li>☐|tea</li><li>☐oil</li></check>"_s,
         Qt::Key_Backspace, u"<check><li>☐milk</li></check><p>|tea</p><check><li>☐oil</li></check>"_s);
     row("Delete in an empty item", u"<check><li>☐|<br></li><li>☐tea</li></check>"_s, Qt::Key_Delete,
@@ -186,6 +191,19 @@ void TestPageKeys::keysInBody_data()
         u"<p>mil|k</p><check><li>☐tea</li></check>"_s);
     row("Backspace at the start of a nested item", u"<check><li>☐mil</li><check><li>☐|k</li></check></check>"_s, Qt::Key_Backspace,
         u"<check><li>☐mil|k</li></check>"_s);
+}
+
+// It opens a menu, where there is one by that letter.
+void TestPageKeys::altWithALetterWritesNothing()
+{
+    m_page.load(u"<p>mil|k</p>"_s);
+    m_page.press(Qt::Key_O, Qt::AltModifier, u"o"_s);
+    m_page.press(Qt::Key_N, {}, u"n"_s);
+    QTRY_COMPARE(m_page.body(), u"<p>miln|k</p>"_s);
+    m_page.js(u"placeCaretAtEnd(titleEl); null"_s);
+    m_page.press(Qt::Key_O, Qt::AltModifier, u"o"_s);
+    m_page.press(Qt::Key_N, {}, u"n"_s);
+    QTRY_COMPARE(m_page.title(), u"Tn|"_s);
 }
 
 void TestPageKeys::keysInBody()

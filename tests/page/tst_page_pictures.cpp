@@ -1,64 +1,29 @@
-#include "tests/page/PageFixture.h"
+#include "tests/page/PicturesTest.h"
 
-#include "editor/EditorProfile.h"
 #include "editor/ScriptLiteral.h"
 
-#include <QBuffer>
-#include <QClipboard>
-#include <QDir>
 #include <QDragEnterEvent>
 #include <QFile>
-#include <QGuiApplication>
 #include <QImage>
-#include <QMimeData>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTcpServer>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-using Kind = EditorCommand::Kind;
-
 namespace
 {
-QByteArray bytesOfPicture(const QColor &color, const char *format, QSize size = {20, 10})
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!image.save(&buffer, format))
-        qFatal("no picture of kind %s", format);
-    return bytes;
-}
-
-const QByteArray gif = QByteArray::fromBase64("R0lGODlhAQABAIAAAP8AAAAAACwAAAAAAQABAAACAkQBADs=");
+const QByteArray gif = bytesOfGif();
 const QByteArray webp = QByteArray::fromBase64("UklGRhoAAABXRUJQVlA4TA0AAAAvAAAAEAcQERGIiP4HAA==");
-
-/// A file of a drag or of the clipboard, as the page's own script writes it.
-QString scriptFile(const QByteArray &bytes, const QString &name, const QString &type)
-{
-    return u"new File([Uint8Array.from(atob('%1'), c => c.charCodeAt(0))], '%2', { type: '%3' })"_s
-        .arg(QString::fromLatin1(bytes.toBase64()), name, type);
-}
-
-QString dataAddress(const QByteArray &bytes, const QString &kind)
-{
-    return u"data:image/"_s + kind + u";base64,"_s + QString::fromLatin1(bytes.toBase64());
-}
 } // namespace
 
-/// Pictures that are pasted or dropped: they are in the note at once, and in a file of their own soon.
-class TestPagePictures : public QObject
+/// Pictures that are pasted or dropped: which ones come into a note, and where; their files are the
+/// subject of tst_page_picture_files.
+class TestPagePictures : public PicturesTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void screenshotIsPasted_data();
     void screenshotIsPasted();
     void clipboardHoldsMore_data();
@@ -74,104 +39,9 @@ private Q_SLOTS:
     void pastedMarkupBringsItsPictures();
     void vectorPictureInMarkupStays();
     void nothingIsFetched();
-    void reportsDoNotCarryTheBytes();
-    void whatIsTypedMeanwhileIsReported();
-    void silentHostDoesNotHoldReportsUp();
-    void switchMeanwhileLosesNothing();
-    void samePictureTwiceIsOneFile();
-    void refusedPictureStaysInItsNote();
-    void undoAndRedo();
-    void undoBeforeTheAnswer();
     void pictureIsNoLargerThanItsLine();
     void typingBesideAPicture();
-
-private:
-    void paste(QMimeData *data);
-    void drop(const QString &selector, const QStringList &files);
-    /// The body with each picture's file as F1, F2, … in the order they stand there.
-    QString body();
-    [[nodiscard]] QStringList files() const { return QDir(m_images.path()).entryList(QDir::Files); }
-    [[nodiscard]] QList<QByteArray> contents();
-    [[nodiscard]] bool isShown();
-    void holdHost(bool isHeld);
-
-    QTemporaryDir m_images;
-    QTcpServer m_server;
-    PageFixture m_page;
-    const QUuid m_note = QUuid::createUuid();
 };
-
-void TestPagePictures::initTestCase()
-{
-    EditorProfile::shared().setImagesDirectory(m_images.path());
-    QVERIFY(m_server.listen(QHostAddress::LocalHost));
-    QVERIFY(m_page.open(m_note, u"<h1>T</h1>"_s));
-}
-
-void TestPagePictures::init()
-{
-    for (const QString &name : files())
-        QFile::remove(m_images.filePath(name));
-    m_page.coordinator().setImagesDirectory(m_images.path());
-}
-
-void TestPagePictures::cleanup()
-{
-    holdHost(false);
-    QTRY_COMPARE(m_page.js(u"picturesUnderWay.size"_s).toInt(), 0);
-}
-
-/// As if the host took its time: its answers wait in the page.
-void TestPagePictures::holdHost(bool isHeld)
-{
-    m_page.js(isHeld ? u"window.storedNow = pictureStored; window.answers = []; "
-                       "window.pictureStored = (...answer) => { window.answers.push(answer); }; null"_s
-                     : u"if (window.storedNow) { window.pictureStored = storedNow; for (const answer of window.answers) pictureStored(...answer); "
-                       "window.storedNow = null; } null"_s);
-}
-
-void TestPagePictures::paste(QMimeData *data)
-{
-    QGuiApplication::clipboard()->setMimeData(data);
-    m_page.press(Qt::Key_V, Qt::ControlModifier);
-}
-
-/// Drops the files at the start of the element's first line.
-void TestPagePictures::drop(const QString &selector, const QStringList &files)
-{
-    m_page.js(u"{ const data = new DataTransfer(); for (const file of [%1]) data.items.add(file); "
-              "const element = document.querySelector(%2); const r = element.getBoundingClientRect(); "
-              "element.dispatchEvent(new DragEvent('drop', { dataTransfer: data, bubbles: true, cancelable: true, "
-              "clientX: r.left + 1, clientY: r.top + 8 })); } null"_s.arg(files.join(u", "_s), jsString(selector)));
-}
-
-QString TestPagePictures::body()
-{
-    QString text = m_page.body();
-    static const QRegularExpression file(u"file://[^\"]*/([0-9A-F-]{36}\\.[a-z]+)"_s);
-    for (int n = 1; text.contains(file); ++n)
-        text.replace(file.match(text).captured(0), u"F%1"_s.arg(n));
-    return text;
-}
-
-/// Of the pictures' files, in the order they stand in the note.
-QList<QByteArray> TestPagePictures::contents()
-{
-    QList<QByteArray> found;
-    for (const QVariant &address : m_page.js(u"[...bodyEl.querySelectorAll('img')].map(img => img.getAttribute('src'))"_s).toList()) {
-        QFile file(QUrl(address.toString()).toLocalFile());
-        if (file.open(QIODevice::ReadOnly))
-            found.push_back(file.readAll());
-    }
-    return found;
-}
-
-bool TestPagePictures::isShown()
-{
-    return QTest::qWaitFor([this] {
-        return m_page.js(u"[...bodyEl.querySelectorAll('img')].every(img => img.complete && img.naturalWidth > 0)"_s).toBool();
-    });
-}
 
 void TestPagePictures::screenshotIsPasted_data()
 {
@@ -196,7 +66,7 @@ void TestPagePictures::screenshotIsPasted()
     auto *data = new QMimeData;
     data->setImageData(QImage::fromData(bytesOfPicture(Qt::red, "PNG")));
     paste(data);
-    QTRY_COMPARE_WITH_TIMEOUT(body(), after, 3000);
+    QTRY_COMPARE(body(), after);
     QCOMPARE(files().size(), 1);
     QVERIFY(files()[0].endsWith(".png"_L1));
     const QImage stored(m_images.filePath(files()[0]));
@@ -234,7 +104,7 @@ void TestPagePictures::clipboardHoldsMore()
     if (!plain.isNull())
         data->setText(plain);
     paste(data);
-    QTRY_COMPARE_WITH_TIMEOUT(body(), after, 3000);
+    QTRY_COMPARE(body(), after);
     QCOMPARE(files().size(), after.contains(u"F1"_s) ? 1 : 0);
 }
 
@@ -406,145 +276,16 @@ void TestPagePictures::vectorPictureInMarkupStays()
 
 void TestPagePictures::nothingIsFetched()
 {
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
     m_page.load(u"<p>a|</p>"_s);
     auto *data = new QMimeData;
-    const QString address = u"http://127.0.0.1:%1/a.png"_s.arg(m_server.serverPort());
+    const QString address = u"http://127.0.0.1:%1/a.png"_s.arg(server.serverPort());
     data->setHtml(u"<b>x</b><img src=\"%1\">"_s.arg(address));
     paste(data);
     QTRY_COMPARE(m_page.body(), u"<p>a<b>x</b><img src=\"%1\">|</p>"_s.arg(address));
     QTRY_VERIFY(m_page.js(u"bodyEl.querySelector('img').complete"_s).toBool());
-    QVERIFY(!m_server.hasPendingConnections());
-}
-
-void TestPagePictures::reportsDoNotCarryTheBytes()
-{
-    m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
-    m_page.changes.clear();
-    m_page.js(u"throttleClock = 0"_s); // the engine's own event would be reported at once
-    auto *data = new QMimeData;
-    data->setImageData(QImage::fromData(bytesOfPicture(Qt::red, "PNG")));
-    paste(data);
-    m_page.type(u"milk"_s);
-    QTRY_VERIFY(!m_page.changes.empty() && m_page.changes.back().html.endsWith("milk</p>"_L1));
-    for (const PageFixture::Change &change : m_page.changes) {
-        QVERIFY2(!change.html.contains(u"data:"_s) && !change.html.contains(u"blob:"_s), qPrintable(change.html));
-        QVERIFY(change.html.contains(u"<img src=\"file://"_s));
-    }
-}
-
-void TestPagePictures::whatIsTypedMeanwhileIsReported()
-{
-    m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
-    holdHost(true);
-    drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
-    m_page.changes.clear();
-    m_page.type(u"milk"_s);
-    QTRY_COMPARE(m_page.js(u"window.answers.length"_s).toInt(), 1);
-    QVERIFY(m_page.changes.empty());
-    holdHost(false);
-    QTRY_COMPARE(m_page.changes.size(), 1U); // with the answer, all of it at once
-    QVERIFY(m_page.changes[0].html.contains(u"<p><img src=\"file://"_s) && m_page.changes[0].html.contains(u">milka</p>"_s));
-}
-
-void TestPagePictures::silentHostDoesNotHoldReportsUp()
-{
-    m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
-    holdHost(true);
-    m_page.changes.clear();
-    drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
-    QTRY_VERIFY_WITH_TIMEOUT(!m_page.changes.empty(), 3000);
-    QCOMPARE(m_page.changes[0].html, u"<h1>T</h1><p><img src=\"%1\">a</p>"_s.arg(dataAddress(gif, u"gif"_s)));
-    m_page.changes.clear();
-    m_page.type(u"z"_s);
-    QTRY_VERIFY(!m_page.changes.empty()); // nor those that follow
-    holdHost(false); // a late answer is welcome all the same
-    QTRY_COMPARE(body(), u"<p><img src=\"F1\">z|a</p>"_s);
-    QTRY_VERIFY(m_page.changes.back().html.contains(u"<img src=\"file://"_s));
-}
-
-void TestPagePictures::switchMeanwhileLosesNothing()
-{
-    m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
-    holdHost(true);
-    m_page.changes.clear();
-    drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
-    m_page.type(u"z"_s);
-    const QUuid other = QUuid::createUuid();
-    m_page.ask(other, u"<h1>O</h1><p>other</p>"_s);
-    QTRY_COMPARE(m_page.coordinator().loadedNoteID(), other);
-    QTRY_VERIFY(!m_page.changes.empty());
-    QCOMPARE(m_page.changes.back().noteID, m_note);
-    QCOMPARE(m_page.changes.back().html, u"<h1>T</h1><p><img src=\"%1\">za</p>"_s.arg(dataAddress(gif, u"gif"_s)));
-    holdHost(false); // the answer is not for this note
-    QCOMPARE(m_page.text(u"bodyEl.innerHTML"_s), u"<p>other</p>"_s);
-    m_page.ask(m_note, u"<h1>T</h1>"_s);
-    QTRY_COMPARE(m_page.coordinator().loadedNoteID(), m_note);
-}
-
-void TestPagePictures::samePictureTwiceIsOneFile()
-{
-    m_page.load(u"<p>milk</p>"_s);
-    const QString picture = scriptFile(gif, u"a.gif"_s, u"image/gif"_s);
-    drop(u"#body p"_s, {picture, picture});
-    QTRY_COMPARE(body(), u"<p><img src=\"F1\"><img src=\"F1\">|milk</p>"_s);
-    QCOMPARE(files().size(), 1);
-}
-
-void TestPagePictures::refusedPictureStaysInItsNote()
-{
-    m_page.coordinator().setImagesDirectory(m_images.filePath(u"absent"_s));
-    const QString address = dataAddress(gif, u"gif"_s);
-    m_page.load(u"<p>milk</p>"_s);
-    m_page.changes.clear();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Failed to store image: .+"_s));
-    drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
-    QTRY_COMPARE(m_page.js(u"picturesUnderWay.size"_s).toInt(), 0);
-    QTRY_VERIFY(!m_page.changes.empty());
-    QCOMPARE(m_page.changes.back().html, u"<h1>T</h1><p><img src=\"%1\">milk</p>"_s.arg(address));
-    m_page.js(u"picturesRefused.clear(); null"_s);
-}
-
-void TestPagePictures::undoAndRedo()
-{
-    m_page.load(u"<p>a|b</p>"_s);
-    auto *data = new QMimeData;
-    data->setImageData(QImage::fromData(bytesOfPicture(Qt::red, "PNG")));
-    paste(data);
-    QTRY_COMPARE(body(), u"<p>a<img src=\"F1\">|b</p>"_s);
-    m_page.type(u"z"_s);
-    m_page.run(Kind::undo);
-    QCOMPARE(body(), u"<p>a<img src=\"F1\">|b</p>"_s);
-    m_page.run(Kind::undo);
-    QCOMPARE(body(), u"<p>a|b</p>"_s);
-    m_page.run(Kind::redo);
-    QCOMPARE(body(), u"<p>a<img src=\"F1\">|b</p>"_s);
-    QVERIFY(isShown());
-    m_page.run(Kind::redo);
-    QCOMPARE(body(), u"<p>a<img src=\"F1\">z|b</p>"_s);
-}
-
-void TestPagePictures::undoBeforeTheAnswer()
-{
-    m_page.load(u"<p>a|b</p>"_s);
-    holdHost(true);
-    auto *data = new QMimeData;
-    data->setImageData(QImage::fromData(bytesOfPicture(Qt::red, "PNG")));
-    paste(data);
-    QTRY_COMPARE(m_page.js(u"window.answers.length"_s).toInt(), 1);
-    m_page.type(u"z"_s);
-    m_page.run(Kind::undo);
-    m_page.run(Kind::undo);
-    QCOMPARE(body(), u"<p>a|b</p>"_s);
-    holdHost(false);
-    m_page.run(Kind::redo);
-    QCOMPARE(body(), u"<p>a<img src=\"F1\">|b</p>"_s);
-    m_page.run(Kind::redo);
-    QCOMPARE(body(), u"<p>a<img src=\"F1\">z|b</p>"_s);
-    QVERIFY(!m_page.composed().contains(u"data:"_s));
+    QVERIFY(!server.hasPendingConnections());
 }
 
 void TestPagePictures::pictureIsNoLargerThanItsLine()

@@ -1,6 +1,7 @@
 #include "tests/page/PageFixture.h"
 
 #include "core/NotificationCenter.h"
+#include "tests/Patience.h"
 
 #include <QHash>
 #include <QQuickItem>
@@ -65,8 +66,14 @@ private Q_SLOTS:
     void deadPageComesBackWithTheLastKnownText();
     void deadPageWhileSwitchingLosesNothing();
     void reloadedPageIsNotTakenForTheNote();
+    void aPageWithoutItsScriptIsMadeAnew();
     void flushDeliversWhatIsPending();
     void textSizeIsSentOnce();
+    void aNoteOfVeryManyLinesIsShownWhole();
+    void aLongReportArrivesWhole_data();
+    void aLongReportArrivesWhole();
+    void whatIsKnownIsNotToldAgain();
+    void aNoteThatCouldNotBeShownIsNotTakenForAnother();
 
 private:
     std::unique_ptr<PageFixture> m_left;
@@ -147,6 +154,8 @@ void TestPageTraps::lettersTypedInTurnsInTwoEditors()
         return std::ranges::all_of(u"abcdef"_s, [this](QChar c) { return m_desk->bodies[m_a].contains(c); });
     };
     QTRY_VERIFY2(hasAll(), qPrintable(m_desk->bodies[m_a]));
+    // The last letter comes to the page that nobody writes in; once it has the keyboard, it would not.
+    QTRY_COMPARE(m_left->composed(), m_desk->bodies[m_a]);
     QVERIFY(m_left->activate()); // the page that is left takes over what was kept from it
     QTRY_COMPARE(m_right->composed(), m_desk->bodies[m_a]);
     QTRY_COMPARE(m_left->composed(), m_desk->bodies[m_a]);
@@ -225,11 +234,26 @@ void TestPageTraps::reloadedPageIsNotTakenForTheNote()
     for (int round = 0; round < 3; ++round) {
         QSignalSpy shown(&m_left->coordinator(), &RichTextEditorCoordinator::shown);
         ::kill(m_left->webEngineView()->property("renderProcessPid").value<qint64>(), SIGKILL);
-        QTRY_VERIFY_WITH_TIMEOUT(!shown.isEmpty(), 15'000);
+        QTRY_VERIFY(!shown.isEmpty());
         QVERIFY(m_left->prepare());
         QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
     }
     QCOMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>a</p>"_s);
+}
+
+void TestPageTraps::aPageWithoutItsScriptIsMadeAnew()
+{
+    QTest::ignoreMessage(QtWarningMsg, "Plim: editor page lost: without its script");
+    const QPointer<QQuickItem> first = m_left->webEngineView();
+    auto *scripts = first->property("userScripts").value<QObject *>();
+    QVERIFY(scripts && QMetaObject::invokeMethod(scripts, "clear"));
+    QVERIFY(QMetaObject::invokeMethod(first, "loadPage", Q_ARG(QString, u"<div id=title></div><div id=body></div>"_s)));
+    QTRY_VERIFY(!first);
+    QTRY_VERIFY(m_left->prepare());
+    QTRY_COMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
+    QTRY_VERIFY(m_left->body().contains(u'|'));
+    m_left->type(u"x"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
 }
 
 void TestPageTraps::flushDeliversWhatIsPending()
@@ -248,6 +272,72 @@ void TestPageTraps::textSizeIsSentOnce()
         m_left->ask(m_a, m_desk->bodies[m_a], size);
     QCOMPARE(std::ranges::count_if(scripts, [](const QVariantList &s) { return s[0].toString().startsWith(u"window.setFontSize"_s); }), 1);
     QTRY_COMPARE(m_left->text(u"getComputedStyle(bodyEl).fontSize"_s), u"19px"_s);
+}
+
+// A call takes no more than some 100,000 arguments, and such a note was once shown as the one before.
+void TestPageTraps::aNoteOfVeryManyLinesIsShownWhole()
+{
+    constexpr int count = 200000;
+    const QString html = u"<h1>B</h1>"_s + QString(u"<p>x</p>"_s).repeated(count);
+    m_desk->bodies[m_b] = html;
+    m_desk->show(*m_left, m_b);
+    QTRY_COMPARE_WITH_TIMEOUT(m_left->js(u"bodyEl.childElementCount"_s).toInt(), count, 4 * longEnough);
+    m_desk->show(*m_left, m_a);
+    QTRY_COMPARE_WITH_TIMEOUT(m_left->composed(), u"<h1>A</h1><p>a</p>"_s, 4 * longEnough);
+    QVERIFY(m_desk->bodies[m_b] == html);
+}
+
+// It comes in pieces, none of which may end within a character of two units.
+void TestPageTraps::aLongReportArrivesWhole_data()
+{
+    QTest::addColumn<QString>("begin");
+    QTest::newRow("even") << u""_s;
+    QTest::newRow("odd") << u"x"_s;
+}
+
+void TestPageTraps::aLongReportArrivesWhole()
+{
+    QFETCH(QString, begin);
+    const QString text = begin + u"\U0001F600"_s.repeated(500'000);
+    m_left->js(u"bodyEl.lastChild.textContent = '%1' + '\U0001F600'.repeat(500000); flushNow(); null"_s.arg(begin));
+    QTRY_VERIFY(m_desk->bodies[m_a].size() > text.size());
+    QVERIFY(m_desk->bodies[m_a] == u"<h1>A</h1><p>%1</p>"_s.arg(text));
+    m_left->js(u"bodyEl.lastChild.textContent = 'b'; flushNow(); null"_s);
+    QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>b</p>"_s);
+}
+
+void TestPageTraps::whatIsKnownIsNotToldAgain()
+{
+    const auto changed = [this] { return m_left->text(u"getChangedHTML()"_s); };
+    QCOMPARE(m_left->composed(), u"<h1>A</h1><p>a</p>"_s);
+    QCOMPARE(changed(), QString());
+    QCOMPARE(changed(), QString());
+    m_left->js(u"bodyEl.lastChild.textContent = 'ab'; null"_s);
+    QCOMPARE(changed(), u"<h1>A</h1><p>ab</p>"_s);
+    QCOMPARE(changed(), QString());
+    m_desk->show(*m_left, m_b); // which is told whole, as is what comes after it
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_b);
+    QTRY_COMPARE(m_left->text(u"shownNoteID"_s).toUpper(), m_b.toString(QUuid::WithoutBraces).toUpper());
+    QCOMPARE(changed(), u"<h1>B</h1><p>b</p>"_s);
+}
+
+void TestPageTraps::aNoteThatCouldNotBeShownIsNotTakenForAnother()
+{
+    const auto pageIsAskedFor = [this](const QUuid &noteID) {
+        return m_left->text(u"String(currentNoteID)"_s).toUpper() ==
+               noteID.toString(QUuid::WithoutBraces).toUpper();
+    };
+    m_left->js(u"sanitizeCurrentBody = () => { throw new Error('for the test'); }; null"_s);
+    QSignalSpy changed(&m_left->coordinator(), &RichTextEditorCoordinator::change);
+    m_desk->show(*m_left, m_b);
+    QTRY_VERIFY(pageIsAskedFor(m_b));
+    m_left->js(u"bodyEl.append('more'); notifyChange(); null"_s);
+    QVERIFY(m_left->text(u"getComposedHTML()"_s).isEmpty());
+    m_desk->show(*m_left, m_a); // and whoever reads the page at a switch gets nothing from it
+    QTRY_VERIFY(pageIsAskedFor(m_a));
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(m_desk->bodies[m_b], u"<h1>B</h1><p>b</p>"_s);
+    QCOMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>a</p>"_s);
 }
 
 PLIM_PAGE_TEST_MAIN(TestPageTraps)

@@ -113,7 +113,7 @@ function partList(item, between) {
 function joinLists(upper, lower) {
   if (!upper || !lower || !upper.matches('ul, ol') || !isSameKind(upper, lower)) return false;
   if (!isBlankText(textBetween(upper, lower))) return false;
-  upper.append(...lower.childNodes);
+  upper.append(contentOf(lower));
   lower.remove();
   return true;
 }

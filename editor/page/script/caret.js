@@ -26,9 +26,9 @@ function editableOf(element) {
 
 let isMovingFocus = false; // the page does it itself
 
-function moveFocus(region) {
+function moveFocus(region, options) {
   isMovingFocus = true;
-  region.focus();
+  region.focus(options);
   isMovingFocus = false;
 }
 
@@ -125,7 +125,7 @@ function dropStaleRange() {
 
 function restoreSelection() {
   dropStaleRange();
-  moveFocus(editableOf(savedEl));
+  moveFocus(editableOf(savedEl), { preventScroll: true }); // whoever comes back finds the text as it was left
   if (!savedRange) {
     focusContentEditable(savedEl);
     return;

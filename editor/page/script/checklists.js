@@ -72,7 +72,7 @@ function normalizeChecklists() {
   }
   for (const remnant of [...bodyEl.querySelectorAll(CLASSLESS_BOX)]) {
     const box = makeBox();
-    remnant.replaceWith(box, ...remnant.childNodes);
+    remnant.replaceWith(box, contentOf(remnant));
     setTicked(box, remnant.getAttribute('aria-checked') === 'true');
   }
   for (const box of bodyEl.querySelectorAll('ul.checklist .chk')) {
@@ -126,7 +126,7 @@ function toggleChecklist() {
       keepPlainItems();
       placeCaretAtEnd(block);
     } else {
-      const item = makeItem(...block.childNodes);
+      const item = makeItem(contentOf(block));
       block.replaceWith(makeChecklist(item));
       tidyBody();
       placeCaretAtEnd(item);

@@ -30,8 +30,7 @@ function cleanElement(element) {
   if (element.tagName === 'SPAN' || element.tagName === 'DIV') {
     const formats = formatsOfStyle(element);
     cleanNode(element);
-    const content = element.ownerDocument.createDocumentFragment();
-    content.append(...element.childNodes);
+    const content = contentOf(element);
     for (const tag of formats.reverse()) {
       const wrapper = element.ownerDocument.createElement(tag);
       wrapper.append(content);
@@ -78,7 +77,7 @@ function linesAsParagraphs(root) {
       if (div.hasAttribute('style')) {
         const span = div.ownerDocument.createElement('span');
         span.setAttribute('style', div.getAttribute('style'));
-        span.append(...line.childNodes);
+        span.append(contentOf(line));
         line.append(span);
       }
       if (isHollow(line)) line.append(div.ownerDocument.createElement('br'));
@@ -115,7 +114,9 @@ function foreignBlocksAsLines(root) {
     while (texts.nextNode()) found.push(texts.currentNode);
     for (const text of found) {
       const lines = text.data.replace(/\n$/, '').split('\n');
-      text.replaceWith(...lines.flatMap((line, i) => (i ? [root.ownerDocument.createElement('br'), line] : [line])));
+      const parts = root.ownerDocument.createDocumentFragment();
+      lines.forEach((line, i) => parts.append(...(i ? [root.ownerDocument.createElement('br'), line] : [line])));
+      text.replaceWith(parts);
     }
   }
   for (const block of [...root.querySelectorAll(FOREIGN_LINES)]) block.replaceWith(renamed(block, 'div'));

@@ -1,7 +1,7 @@
 // ---- Content and commands, called by the host ------------------------------------------------------
 
 const BLOCK_COMMANDS = ['formatBlock', 'insertUnorderedList', 'insertOrderedList'];
-let shownNoteID = null; // whose content the regions hold
+let shownNoteID = null; // whose content the regions hold; of nobody while it is being put there
 const LEADING_HEADING = /^\s*<h1[^>]*>([\s\S]*?)<\/h1>/i;
 
 // What was typed since the host last read the page goes out under the id it was typed into.
@@ -15,9 +15,11 @@ function setContent(html) {
   const title = match ? match[1].replace(/<div\b[^>]*>/gi, '').replace(/<\/div>/gi, '') : '';
   const body = match ? html.slice(match[0].length) : html;
   const isRefresh = shownNoteID === currentNoteID;
+  shownNoteID = undefined;
   const { scrollTop } = bodyEl;
   savedRange = null;
   savedEl = bodyEl;
+  lastAnswer = null;
   hover(null, false);
   fill(titleEl, title);
   fill(bodyEl, body);
@@ -29,12 +31,19 @@ function setContent(html) {
 }
 
 function fill(region, html) {
-  region.replaceChildren(...makeHarmless(parseInert(html)).childNodes);
+  region.replaceChildren(contentOf(makeHarmless(parseInert(html))));
+}
+
+// While somebody writes here the page's own selection is newer than any news of it: a letter typed a
+// moment ago would end up behind those that follow.
+function followWriting() {
+  if (document.hasFocus()) saveSelection();
 }
 
 function runCommand(name, value) {
   const address = name === 'createLink' ? addressFrom(value || '') : null;
   if (name === 'createLink' && address === null) return;
+  followWriting();
   if (savedEl === titleEl && BLOCK_COMMANDS.includes(name)) placeCaretAtStart(bodyEl); else restoreSelection();
   if (name === 'undo' || name === 'redo') {
     runHistory(name === 'undo');
@@ -56,6 +65,7 @@ function runBlockCommand(name, value) {
 }
 
 function insertHTML(html) {
+  followWriting();
   if (savedEl === titleEl) placeCaretAtStart(bodyEl); else restoreSelection();
   beginStep();
   const markup = /<img/i.test(html) ? html.replace(/\s*style\s*=\s*("[^"]*"|'[^']*')/gi, '') : html;
@@ -83,7 +93,7 @@ function insertIntoBody(html) {
   const rest = cutToEnd(item);
   dropEmptyNodes(rest);
   const following = takeItemsBelow(item);
-  if (rest.hasChildNodes()) following.prepend(makeItem(...rest.childNodes));
+  if (rest.hasChildNodes()) following.prepend(makeItem(contentOf(rest)));
   const divider = document.createElement('hr');
   list.after(divider);
   ensureTypingTarget(item);
@@ -111,16 +121,21 @@ function focusBodyAtEnd() {
   }, FOCUS_DELAY);
 }
 
+// Without the engine's own scrolling to the caret: nobody has moved it yet, the note is to be read from
+// its top, and a page that comes hidden has no size yet, so that every place is out of its view.
 function placeFirstCaret() {
   try {
-    if (isTitleBlank() && isBlankText(bodyEl.textContent)) placeCaretAtEnd(titleEl); else placeCaretAtTextEnd();
+    const region = isTitleBlank() && isBlankText(bodyEl.textContent) ? titleEl : bodyEl;
+    moveFocus(region, { preventScroll: true });
+    if (region === titleEl) placeCaretAtEnd(titleEl); else placeCaretAtTextEnd();
   } catch (error) { /* the caret stays where it is */ }
 }
 
 Object.assign(window, {
   setCurrentID,
   cancelDebounce,
-  getComposedHTML: composeHTML,
+  getComposedHTML: answerAll,
+  getChangedHTML: answerChanged,
   focusBodyAtEnd,
   setContent,
   setFontSize(px) { document.documentElement.style.setProperty('--base', px + 'px'); },

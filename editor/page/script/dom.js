@@ -46,13 +46,21 @@ function isHollow(node) {
   return node.textContent === '' && !node.querySelector('br, img, hr, li, .chk');
 }
 
+// All that an element holds, taken out of it, as one node: a call takes no more than some 100,000
+// arguments, and a note may have more lines.
+function contentOf(element) {
+  const content = element.ownerDocument.createDocumentFragment();
+  while (element.firstChild) content.append(element.firstChild);
+  return content;
+}
+
 function unwrap(element) {
-  element.replaceWith(...element.childNodes);
+  element.replaceWith(contentOf(element));
 }
 
 function renamed(element, tag) {
   const other = element.ownerDocument.createElement(tag);
-  other.append(...element.childNodes);
+  other.append(contentOf(element));
   return other;
 }
 

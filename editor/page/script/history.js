@@ -74,13 +74,13 @@ function beginStep(kind = null) {
 // To be called after an edit that may grow.
 function markStepEnd() {
   const { anchorNode, anchorOffset } = document.getSelection();
-  stepEnd = { anchorNode, anchorOffset, time: Date.now() };
+  stepEnd = { anchorNode, anchorOffset, time: performance.now() };
 }
 
 function continuesStep() {
   const { anchorNode, anchorOffset, isCollapsed } = document.getSelection();
   return Boolean(stepEnd) && isCollapsed && stepEnd.anchorNode === anchorNode && stepEnd.anchorOffset === anchorOffset
-    && Date.now() - stepEnd.time < TYPING_PAUSE;
+    && performance.now() - stepEnd.time < TYPING_PAUSE;
 }
 
 // Goes one step along the history, past those that changed nothing.
@@ -90,8 +90,8 @@ function travel(from, to) {
   if (!state) return;
   to.push(takeState());
   endStep();
-  titleEl.replaceChildren(...state.regions[0].childNodes);
-  bodyEl.replaceChildren(...state.regions[1].childNodes);
+  titleEl.replaceChildren(contentOf(state.regions[0]));
+  bodyEl.replaceChildren(contentOf(state.regions[1]));
   keepPlainItems();
   if (state.anchor && state.focus) {
     state.anchor.region.focus({ preventScroll: true });

@@ -10,8 +10,18 @@ function isAltGr(event) {
   return event.getModifierState('AltGraph');
 }
 
+// Alt with a letter opens a menu, where there is one by that letter, and never writes it. Elsewhere,
+// on keyboards whose Alt makes letters, it does.
+const ALT_WRITES = navigator.platform.startsWith('Mac');
+
+function isMenuKey(event) {
+  return event.altKey && !event.metaKey && !event.ctrlKey && !isAltGr(event) && event.key.length === 1 && !ALT_WRITES;
+}
+
 function onTitleKey(event) {
-  if (isComposing(event) || event.key !== 'Enter') return;
+  if (isComposing(event)) return;
+  if (isMenuKey(event)) event.preventDefault();
+  if (event.key !== 'Enter') return;
   if (event.metaKey || event.ctrlKey || event.altKey || event.shiftKey) return;
   event.preventDefault();
   endStep();
@@ -35,6 +45,7 @@ function onBodyKey(event) {
     finishEdit();
     return;
   }
+  if (isMenuKey(event)) event.preventDefault();
   if (event.key !== 'Enter' || event.metaKey || event.ctrlKey || event.altKey) return;
   settleCaret();
   const { anchorNode } = document.getSelection();
@@ -82,7 +93,7 @@ function splitItem(item) {
   const [first] = rest.children;
   if (first && first.matches('h1, h2, h3')) unwrap(first); // a heading does not go on in the next line
   if (rest.firstChild && rest.firstChild.nodeName === 'UL') rest.prepend(document.createElement('br'));
-  const next = makeItem(...rest.childNodes);
+  const next = makeItem(contentOf(rest));
   ensureTypingTarget(item);
   item.after(next);
   focusItem(next);
@@ -186,7 +197,6 @@ function holdsNothingVisible(range, breaksAllowed) {
 
 function isAtLineStart(line, range) {
   const box = boxOf(line);
-  if (isChecklistItem(line) && !box) return false;
   if (range.comparePoint(line, 0) === 0) return true;
   const between = range.cloneRange();
   if (box) between.setStartAfter(box); else between.setStart(line, 0);

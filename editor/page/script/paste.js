@@ -102,7 +102,8 @@ function insertItems(lines) {
   }
   const isSpare = rest.childNodes.length === 1 && rest.firstChild.nodeName === 'BR';
   const mark = document.createTextNode('');
-  last.append(mark, ...(isSpare ? [] : rest.childNodes));
+  last.append(mark);
+  if (!isSpare) last.append(contentOf(rest));
   if (mark.previousSibling.nodeName === 'BR' && mark.nextSibling) mark.previousSibling.remove();
   placeCaretAtMark(mark);
 }

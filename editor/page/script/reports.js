@@ -11,13 +11,30 @@ function notifyChange() {
   if (holdTimer === null) sendChange(); else isReportHeld = true;
 }
 
+// The regions hold the note that they are said to hold. Else, after whatever went wrong, what they
+// hold is another's, and nobody may take it for this one's.
+function isShown() {
+  return shownNoteID === currentNoteID;
+}
+
+function answerAll() {
+  lastAnswer = isShown() ? composeHTML() : null;
+  return lastAnswer;
+}
+
+// null when nothing was written since the last answer: a long text is not told again.
+function answerChanged() {
+  const known = lastAnswer;
+  return answerAll() === known ? null : lastAnswer;
+}
+
 function sendChange() {
   isReportHeld = false;
-  post('plim', JSON.stringify({ id: currentNoteID, html: composeHTML() }));
+  if (isShown()) post('plim', JSON.stringify({ id: currentNoteID, html: composeHTML() }));
 }
 
 function notifyThrottled() {
-  const now = Date.now();
+  const now = performance.now();
   if (now - throttleClock < INPUT_THROTTLE) return;
   throttleClock = now;
   notifyChange();

@@ -10,6 +10,7 @@ let throttleClock = 0; // ms, time of the last throttled notification
 let reportTimer = null; // pending format report
 let holdTimer = null; // while it runs, change notifications are held back
 let isReportHeld = false; // one was
+let lastAnswer = null; // the text that the host was last told on its asking
 
 const CHANGE_DEBOUNCE = 120;
 const INPUT_THROTTLE = 80;

@@ -60,7 +60,7 @@ function keepFormats(span) {
     ['u', decoration.includes('underline')], ['s', decoration.includes('line-through')]];
   for (const [tag] of formats.filter(([name, isSet]) => isSet && !span.closest(name))) {
     const wrapper = document.createElement(tag);
-    wrapper.append(...span.childNodes);
+    wrapper.append(contentOf(span));
     span.append(wrapper);
   }
 }

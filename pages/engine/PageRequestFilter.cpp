@@ -1,14 +1,15 @@
-#include "editor/PageRequestFilter.h"
-
-#include "editor/EditorLog.h"
+#include "pages/engine/PageRequestFilter.h"
 
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QWebEngineUrlRequestInfo>
 
 using namespace Qt::StringLiterals;
 
-PageRequestFilter::PageRequestFilter(const QString &fontsDirectory, const QString &imagesDirectory,
-                                     QObject *parent)
+static Q_LOGGING_CATEGORY(requestLog, "plim.pages", QtInfoMsg)
+
+    PageRequestFilter::PageRequestFilter(const QString &fontsDirectory,
+                                         const QString &imagesDirectory, QObject *parent)
     : QWebEngineUrlRequestInterceptor(parent), m_fontsDirectory(fontsDirectory),
       m_imagesDirectory(imagesDirectory)
 {
@@ -18,7 +19,7 @@ void PageRequestFilter::interceptRequest(QWebEngineUrlRequestInfo &info)
 {
     if (isAllowed(info.requestUrl()))
         return;
-    qCInfo(editorLog) << "Plim: request blocked, scheme" << info.requestUrl().scheme();
+    qCInfo(requestLog) << "Plim: request blocked, scheme" << info.requestUrl().scheme();
     info.block(true);
 }
 
@@ -34,6 +35,6 @@ bool PageRequestFilter::isAllowed(const QUrl &url) const
         const QString root = QFileInfo(directory).canonicalFilePath();
         return !root.isEmpty() && path.startsWith(root + u'/');
     };
-    return QFileInfo(path).isFile()
-        && ((liesIn(m_fontsDirectory) && path.endsWith(".ttf"_L1)) || liesIn(m_imagesDirectory));
+    return QFileInfo(path).isFile() &&
+           ((liesIn(m_fontsDirectory) && path.endsWith(".ttf"_L1)) || liesIn(m_imagesDirectory));
 }
