@@ -4,10 +4,13 @@
 #include "core/NoteEditing.h"
 #include "core/NotificationCenter.h"
 #include "editor/BodyFontSize.h"
+#include "editor/EditorCommand.h"
 #include "mainwindow/DragOverlayManager.h"
 #include "shell/L10n.h"
+#include "sticky/WindowFront.h"
 #include "sticky/WindowHolder.h"
 
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -15,6 +18,7 @@
 #include <chrono>
 #include <utility>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
@@ -30,7 +34,8 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
       m_filteredNotes(store, selection),
       m_reordering([this] { return m_filteredNotes.noteIDs(); },
                    [this] { return m_multiSelection.isSelectionMode(); }),
-      m_deletionUndo(store), m_putAwayHint(stickyNotes, m_filteredNotes, &mainWindow)
+      m_deletionUndo(store), m_versionRestore(store), m_importUndo(store),
+      m_undoOffer(&m_deletionUndo), m_putAwayHint(stickyNotes, m_filteredNotes, &mainWindow)
 {
     connect(&m_store, &NoteStore::notesChanged, this, &ContentController::follow);
     connect(&m_selection, &SelectionManager::selectedNoteIDChanged, this, [this] {
@@ -52,6 +57,16 @@ ContentController::ContentController(NoteStore &store, SelectionManager &selecti
             &ContentController::selectedCountTextChanged);
     connect(&L10n::shared(), &L10n::changed, this, &ContentController::selectedCountTextChanged);
     connect(&m_deletionUndo, &DeletionUndo::restored, this, &ContentController::takeBack);
+    connect(&m_store, &NoteStore::savingFailsSinceChanged, this,
+            &ContentController::savingFailsTextChanged);
+    connect(&L10n::shared(), &L10n::changed, this, &ContentController::savingFailsTextChanged);
+    connect(&m_store, &NoteStore::conflictKept, this, [this](const QString &path) {
+        notify(L10n::conflictTitle(), L10n::conflictMessage() + u'\n' + QFileInfo(path).fileName());
+    });
+    followOffer(m_deletionUndo);
+    followOffer(m_versionRestore);
+    followOffer(m_importUndo);
+    followOffer(m_exportedOffer);
     connect(&m_stickyNotes, &StickyNoteManager::editedAfterDeletion, this,
             &ContentController::applyEdit);
 
@@ -126,8 +141,7 @@ void ContentController::selectTab(SidebarTab tab)
 void ContentController::selectNote(const QUuid &noteID)
 {
     if (m_selection.selectedNoteID() == noteID)
-        Q_EMIT
-    editorFocusRequested();
+        Q_EMIT editorFocusRequested();
     m_selection.setSelectedNoteID(noteID);
 }
 
@@ -230,9 +244,10 @@ void ContentController::prepareEditor()
 {
     // The sticky windows have something to show; this one has not before a note is opened.
     if (m_stickyNotes.isRestoring())
-        connect(&m_stickyNotes, &StickyNoteManager::restored, this,
-                [this] { QTimer::singleShot(restingTime, this, &ContentController::setEditorWanted); },
-                Qt::SingleShotConnection);
+        connect(
+            &m_stickyNotes, &StickyNoteManager::restored, this,
+            [this] { QTimer::singleShot(restingTime, this, &ContentController::setEditorWanted); },
+            Qt::SingleShotConnection);
     else if (!m_isEditorWanted)
         QTimer::singleShot(0, this, &ContentController::setEditorWanted);
 }
@@ -260,14 +275,87 @@ void ContentController::showRequested(const QUuid &noteID)
         return;
     showInItsTab(*note);
     m_selection.setSelectedNoteID(noteID);
-    if (QWindow *window = mainWindow()) {
-        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-        if (!window->isVisible())
-            window->setPosition(window->position()); // or the window manager places it anew
-        window->setVisible(true); // show() would undo that it is maximised
-        window->raise();
-        window->requestActivate();
+    bringToFront();
+}
+
+void ContentController::bringToFront()
+{
+    if (QWindow *window = mainWindow())
+        ::bringToFront(*window);
+}
+
+void ContentController::addImported(const std::vector<Note> &notes)
+{
+    if (notes.empty())
+        return;
+    const QUuid firstID = m_store.notes().isEmpty() ? QUuid() : m_store.notes()[0].id;
+    QList<PlacedNote> placed;
+    QSet<QUuid> noteIDs;
+    for (const Note &note : notes) {
+        placed.append({.note = note, .nextID = firstID, .row = 0});
+        noteIDs.insert(note.id);
     }
+    selectTab(SidebarTab::Notes);
+    m_filteredNotes.setSearchText({});
+    m_store.reinsertNotes(placed);
+    m_selection.setSelectedNoteID(notes.front().id);
+    m_importUndo.offer(noteIDs);
+}
+
+void ContentController::notify(const QString &title, const QString &message)
+{
+    bringToFront();
+    Q_EMIT noticeRequested(title, message);
+}
+
+QString ContentController::savingFailsText() const
+{
+    const auto since = m_store.savingFailsSince();
+    if (!since)
+        return {};
+    const bool isToday = since->date() == QDate::currentDate();
+    return L10n::savingFailsSince() + u' ' +
+           since->toString(isToday ? u"HH:mm"_s : u"yyyy-MM-dd HH:mm"_s) + u". "_s +
+           L10n::savingFailsHint();
+}
+
+void ContentController::undo()
+{
+    Q_EMIT NotificationCenter::shared().plimFormat(EditorCommand::Kind::undo);
+    if (m_isWriting)
+        return;
+    if (m_undoOffer->isOffered() && m_undoOffer->takesBack())
+        m_undoOffer->undo();
+    else
+        m_stickyNotes.undoArrange();
+}
+
+void ContentController::setIsAsking(bool isAsking)
+{
+    if (m_isAsking == isAsking)
+        return;
+    m_isAsking = isAsking;
+    Q_EMIT isAskingChanged();
+}
+
+void ContentController::setIsWriting(bool isWriting)
+{
+    if (m_isWriting == isWriting)
+        return;
+    m_isWriting = isWriting;
+    Q_EMIT isWritingChanged();
+}
+
+// There is one place where a way back is offered, and the last one has it.
+void ContentController::followOffer(UndoOffer &offer)
+{
+    connect(&offer, &UndoOffer::isOfferedChanged, this, [this, &offer] {
+        if (!offer.isOffered() || m_undoOffer == &offer)
+            return;
+        m_undoOffer->dismiss();
+        m_undoOffer = &offer;
+        Q_EMIT undoOfferChanged();
+    });
 }
 
 void ContentController::selectPending()

@@ -8,6 +8,9 @@
 #include "mainwindow/PutAwayHint.h"
 #include "mainwindow/SelectionManager.h"
 #include "mainwindow/SidebarReordering.h"
+#include "mainwindow/TransferOffers.h"
+#include "mainwindow/TransferProgress.h"
+#include "mainwindow/VersionRestore.h"
 #include "sticky/StickyNoteManager.h"
 
 #include <QColor>
@@ -26,6 +29,12 @@ class ContentController : public QObject
     Q_PROPERTY(MultiSelection *multiSelection READ multiSelection CONSTANT)
     Q_PROPERTY(SidebarReordering *reordering READ reordering CONSTANT)
     Q_PROPERTY(DeletionUndo *deletionUndo READ deletionUndo CONSTANT)
+    Q_PROPERTY(VersionRestore *versionRestore READ versionRestore CONSTANT)
+    Q_PROPERTY(TransferProgress *transferProgress READ transferProgress CONSTANT)
+    Q_PROPERTY(UndoOffer *undoOffer READ undoOffer NOTIFY undoOfferChanged)
+    Q_PROPERTY(QString savingFailsText READ savingFailsText NOTIFY savingFailsTextChanged)
+    Q_PROPERTY(bool isAsking READ isAsking WRITE setIsAsking NOTIFY isAskingChanged)
+    Q_PROPERTY(bool isWriting READ isWriting WRITE setIsWriting NOTIFY isWritingChanged)
     Q_PROPERTY(PutAwayHint *putAwayHint READ putAwayHint CONSTANT)
     Q_PROPERTY(RichTextEditor editedNote READ editedNote NOTIFY editedNoteChanged)
     Q_PROPERTY(bool hasEditedNote READ hasEditedNote NOTIFY editedNoteChanged)
@@ -45,6 +54,25 @@ public:
     [[nodiscard]] MultiSelection *multiSelection() { return &m_multiSelection; }
     [[nodiscard]] SidebarReordering *reordering() { return &m_reordering; }
     [[nodiscard]] DeletionUndo *deletionUndo() { return &m_deletionUndo; }
+    [[nodiscard]] VersionRestore *versionRestore() { return &m_versionRestore; }
+    [[nodiscard]] TransferProgress *transferProgress() { return &m_transferProgress; }
+    /// Notes that came from files; they are put on top, and the first of them is opened.
+    void addImported(const std::vector<Note> &notes);
+    /// Says where so many notes went.
+    void offerExported(int count, const QString &path) { m_exportedOffer.offer(count, path); }
+    /// Tells the user something that needs nothing but to be known.
+    void notify(const QString &title, const QString &message);
+    [[nodiscard]] std::optional<QUuid> editedNoteID() const { return m_selection.selectedNoteID(); }
+    /// The way back from what was done last.
+    [[nodiscard]] UndoOffer *undoOffer() const { return m_undoOffer; }
+    /// Says that the notes cannot be written, and since when; empty as long as they can.
+    [[nodiscard]] QString savingFailsText() const;
+    /// The main window waits for an answer, and nothing else is to happen in it.
+    [[nodiscard]] bool isAsking() const { return m_isAsking; }
+    void setIsAsking(bool isAsking);
+    /// The keyboard is where text is written; what was written is undone there.
+    [[nodiscard]] bool isWriting() const { return m_isWriting; }
+    void setIsWriting(bool isWriting);
     [[nodiscard]] PutAwayHint *putAwayHint() { return &m_putAwayHint; }
 
     [[nodiscard]] RichTextEditor editedNote() const;
@@ -82,7 +110,13 @@ public:
     Q_INVOKABLE void setEditedColor(const QString &rawValue);
     Q_INVOKABLE void setEditedTextSize(const QString &rawValue);
 
-    /// The list has been drawn.
+    /// Takes back what was written last where the keyboard is; elsewhere what was done last, as long
+    /// as there is a way back: deleting, restoring, arranging.
+    Q_INVOKABLE void undo();
+    /// Shows the main window, in front of the others and with the keyboard.
+    void bringToFront();
+
+    /// A note will soon be opened.
     Q_INVOKABLE void prepareEditor();
 
 Q_SIGNALS:
@@ -90,6 +124,11 @@ Q_SIGNALS:
     void selectedRowChanged();
     void selectedCountTextChanged();
     void isEditorWantedChanged();
+    void undoOfferChanged();
+    void noticeRequested(const QString &title, const QString &message);
+    void isAskingChanged();
+    void isWritingChanged();
+    void savingFailsTextChanged();
     /// The keyboard is wanted in the search field.
     void searchFocusRequested();
     void editorFocusRequested();
@@ -104,6 +143,7 @@ private:
     void showInItsTab(const Note &note);
     void placeCard();
     void setEditorWanted();
+    void followOffer(UndoOffer &offer);
     [[nodiscard]] const Note *selectedNote() const;
     [[nodiscard]] static QWindow *mainWindow();
 
@@ -114,7 +154,14 @@ private:
     MultiSelection m_multiSelection;
     SidebarReordering m_reordering;
     DeletionUndo m_deletionUndo;
+    VersionRestore m_versionRestore;
+    ImportUndo m_importUndo;
+    ExportedOffer m_exportedOffer;
+    TransferProgress m_transferProgress;
+    UndoOffer *m_undoOffer;
     PutAwayHint m_putAwayHint;
     std::optional<QUuid> m_deletedSelection; ///< was open in the editor when it was deleted
     bool m_isEditorWanted = false;
+    bool m_isAsking = false;
+    bool m_isWriting = false;
 };

@@ -12,10 +12,13 @@ Window {
     id: root
 
     required property ContentController content
+    property Commands commands: null ///< whose keys are listened to
+    property ApplicationMenus menus: null
     readonly property bool isMaximized: root.visibility === Window.Maximized || root.visibility === Window.FullScreen
     readonly property int cornerRadius: root.isMaximized ? 0 : Theme.windowRadius
     // Where text is written, Ctrl+Z takes back what was written.
     readonly property bool isWriting: editorView.hasKeyboard || root.activeFocusItem instanceof TextInput
+    readonly property bool isAsking: sidebar.deleteDialog.opened || deleteAllDialog.opened || editorView.linkDialog.opened || restoreDialog.opened || noticeDialog.opened || transferDialog.opened
     readonly property bool isSelectionMode: root.content.multiSelection.isSelectionMode
 
     // What had the keyboard may go with its note, its panel or its bar: then it is the list's.
@@ -30,13 +33,15 @@ Window {
     minimumWidth: Theme.minimumWindowWidth
     minimumHeight: Theme.minimumWindowHeight
     title: "Plim"
-    onFrameSwapped: {
-        if (!root.content.isEditorWanted)
-            root.content.prepareEditor();
-    }
     onActiveFocusItemChanged: keyboardCheck.start()
     Component.onCompleted: windowState.restore()
 
+    // The list alone needs no web engine, whose processes weigh four times as much. Who turns to the
+    // window may open a note, and what he types before there is a page for it is held.
+    FirstInput {
+        window: root
+        onHappened: root.content.prepareEditor()
+    }
     WindowConfig {}
     WindowShape {
         window: root
@@ -54,18 +59,15 @@ Window {
 
         window: root
     }
-    Shortcut {
-        sequence: "Ctrl+N"
-        onActivated: root.content.addNote()
+    CommandKeyListener {
+        commands: root.commands
+        isListening: !(root.active && root.isAsking)
     }
-    Shortcut {
-        sequence: "Ctrl+F"
-        onActivated: root.content.searchFocusRequested()
-    }
+    // Where nobody is writing; in a text it is the text's.
     Shortcut {
         sequence: "Ctrl+Z"
-        enabled: StickyNoteManager.canUndoArrange && !root.isWriting
-        onActivated: StickyNoteManager.undoArrange()
+        enabled: !root.isWriting && !root.isAsking && (root.content.undoOffer.isOffered || StickyNoteManager.canUndoArrange)
+        onActivated: root.content.undo()
     }
     Shortcut {
         sequence: "Esc"
@@ -78,11 +80,50 @@ Window {
         onActivated: root.content.multiSelection.end()
     }
 
+    Binding {
+        target: root.content
+        property: "isAsking"
+        value: root.isAsking
+    }
+    Binding {
+        target: root.content
+        property: "isWriting"
+        value: root.isWriting
+    }
     Connections {
         target: root.content
 
         function onEditorFocusRequested() {
             editorView.controller.focusEditor();
+        }
+        function onNoticeRequested(title, message) {
+            noticeDialog.tell(title, message);
+        }
+    }
+    Connections {
+        target: root.content.transferProgress
+
+        function onIsShownChanged() {
+            if (root.content.transferProgress.isShown)
+                transferDialog.open();
+            else
+                transferDialog.close();
+        }
+    }
+    Connections {
+        target: root.content.versionRestore
+
+        function onAsked() {
+            restoreDialog.open();
+        }
+        function onRestored(message) {
+            noticeDialog.tell(L10n.backupRestored, message);
+        }
+        function onFailed() {
+            noticeDialog.tell(L10n.restoreFailedTitle, L10n.restoreFailedMessage);
+        }
+        function onNotesAboutToBeReplaced() {
+            sidebar.enterList();
         }
     }
     SidebarView {
@@ -142,6 +183,12 @@ Window {
                     popover.visible = false;
             }
         }
+        MenuRow {
+            x: Theme.menuRowLeading
+            y: Theme.menuRowTop
+            menus: root.menus
+            ink: editorView.isShown ? Theme.toolInk : Theme.ink
+        }
         SelectionPanel {
             anchors.fill: parent
             visible: root.isSelectionMode
@@ -158,11 +205,20 @@ Window {
             anchors.fill: parent
             visible: !root.isSelectionMode && !root.content.hasEditedNote
         }
+        SavingNotice {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: undoBar.visible ? undoBar.top : parent.bottom
+            anchors.bottomMargin: undoBar.visible ? Theme.gap : Theme.undoBarMargin
+            width: Math.min(implicitWidth, parent.width - 2 * Theme.undoBarMargin)
+            text: root.content.savingFailsText
+        }
         UndoBar {
+            id: undoBar
+
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.undoBarMargin
-            deletionUndo: root.content.deletionUndo
+            offer: root.content.undoOffer
             onEnabledChanged: keyboardCheck.start()
         }
     }
@@ -182,6 +238,19 @@ Window {
         id: deleteAllDialog
 
         onConfirmed: root.content.deleteSelection()
+    }
+    RestoreDialog {
+        id: restoreDialog
+
+        restore: root.content.versionRestore
+    }
+    TransferDialog {
+        id: transferDialog
+
+        progress: root.content.transferProgress
+    }
+    NoticeDialog {
+        id: noticeDialog
     }
     NoteOptionsPopover {
         id: popover

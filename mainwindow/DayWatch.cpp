@@ -22,8 +22,7 @@ void DayWatch::check()
     const Day day = today();
     if (m_day != day) {
         m_day = day;
-        Q_EMIT
-        changed();
+        Q_EMIT changed();
     }
     startTimer();
 }

@@ -2,15 +2,9 @@
 
 #include "shell/L10n.h"
 
-#include <utility>
-
 DeletionUndo::DeletionUndo(NoteStore &store, std::chrono::milliseconds offerTime, QObject *parent)
-    : QObject(parent), m_store(store)
+    : UndoOffer(offerTime, parent), m_store(store)
 {
-    m_end.setSingleShot(true);
-    m_end.setInterval(offerTime);
-    connect(&m_end, &QTimer::timeout, this, &DeletionUndo::dismiss);
-    connect(&L10n::shared(), &L10n::changed, this, &DeletionUndo::textChanged);
 }
 
 QString DeletionUndo::text() const
@@ -22,13 +16,9 @@ void DeletionUndo::offer(const QList<PlacedNote> &notes)
 {
     if (notes.isEmpty())
         return;
-    const bool wasOffered = isOffered();
     m_notes = notes;
     m_count = int(notes.size());
-    m_end.start();
-    Q_EMIT textChanged();
-    if (!wasOffered)
-        Q_EMIT isOfferedChanged();
+    begin();
 }
 
 bool DeletionUndo::applyEdit(const QUuid &noteID, const QString &html)
@@ -42,25 +32,16 @@ bool DeletionUndo::applyEdit(const QUuid &noteID, const QString &html)
     return false;
 }
 
-void DeletionUndo::undo()
+void DeletionUndo::takeBack()
 {
-    const QList<PlacedNote> notes = std::exchange(m_notes, {});
-    if (notes.isEmpty())
-        return;
-    m_end.stop();
-    Q_EMIT isOfferedChanged();
-    m_store.reinsertNotes(notes);
+    m_store.reinsertNotes(m_notes);
     QList<QUuid> noteIDs;
-    for (const PlacedNote &placed : notes)
+    for (const PlacedNote &placed : m_notes)
         noteIDs << placed.note.id;
     Q_EMIT restored(noteIDs);
 }
 
-void DeletionUndo::dismiss()
+void DeletionUndo::forget()
 {
-    if (!isOffered())
-        return;
-    m_end.stop();
     m_notes.clear();
-    Q_EMIT isOfferedChanged();
 }

@@ -1,6 +1,7 @@
 #include "mainwindow/DragOverlayManager.h"
 
 #include "core/NoteColor.h"
+#include "core/NoteLines.h"
 #include "shell/L10n.h"
 
 #include <QQmlEngine>
@@ -24,7 +25,7 @@ DragOverlayManager *DragOverlayManager::create(QQmlEngine *, QJSEngine *)
 
 void DragOverlayManager::show(const Note &note, qreal width)
 {
-    const QString heading = note.headingText();
+    const QString heading = headingLine(note);
     const QColor color = displayNoteColor(note.color);
     if (m_currentNoteID != note.id || m_heading != heading || m_color != color ||
         m_width != width) {

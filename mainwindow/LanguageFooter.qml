@@ -61,6 +61,8 @@ Item {
                 Accessible.description: L10n.language
                 Accessible.checkable: true
                 Accessible.checked: choice.isCurrent
+                Accessible.onPressAction: choice.clicked()
+                Accessible.onToggleAction: choice.clicked() // offered by its role, as the first one
                 Keys.onReturnPressed: choice.clicked()
                 Keys.onEnterPressed: choice.clicked()
                 onClicked: LanguageManager.chooseLanguage(choice.modelData.value)

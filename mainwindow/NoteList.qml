@@ -96,8 +96,11 @@ FocusScope {
             list.contentY = Math.max(top, Math.min(bottom, list.contentY + distance));
         }
         function moveCurrent(rows: int): void {
-            if (list.currentRow)
-                root.content.moveNoteBy(list.currentRow.noteID, rows);
+            if (!list.currentRow)
+                return;
+            root.content.moveNoteBy(list.currentRow.noteID, rows);
+            list.forceLayout(); // the list scrolls after another current row, but not after one that was moved
+            list.positionViewAtIndex(list.currentIndex, ListView.Contain);
         }
 
         objectName: "noteList"

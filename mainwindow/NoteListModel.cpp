@@ -104,11 +104,9 @@ void NoteListModel::setSearchText(const QString &text)
         repeatSearch();
         tellChanged({TitleMarkupRole, PreviewMarkupRole});
     }
-    Q_EMIT
-    searchTextChanged();
+    Q_EMIT searchTextChanged();
     if (isSearching() != wasSearching)
-        Q_EMIT
-    isSearchingChanged();
+        Q_EMIT isSearchingChanged();
     tellCompleteness();
 }
 
@@ -117,8 +115,7 @@ void NoteListModel::setHitColor(const QColor &color)
     if (m_hitColor == color)
         return;
     m_hitColor = color;
-    Q_EMIT
-    hitColorChanged();
+    Q_EMIT hitColorChanged();
     if (isSearching())
         tellChanged({TitleMarkupRole, PreviewMarkupRole});
 }
@@ -150,8 +147,7 @@ void NoteListModel::follow(const NotesChange &change)
         for (const QUuid &id : change.ids) {
             if (followNote(id)) {
                 const QModelIndex row = index(rowOf(id));
-                Q_EMIT
-                dataChanged(row, row);
+                Q_EMIT dataChanged(row, row);
             }
         }
     }
@@ -197,8 +193,7 @@ void NoteListModel::followMany(const QList<QUuid> &ids)
         int last = first;
         while (last + 1 < rowCount() && stays(last + 1))
             ++last;
-        Q_EMIT
-        dataChanged(index(first), index(last));
+        Q_EMIT dataChanged(index(first), index(last));
         first = last;
     }
     show(wantedNotes());
@@ -271,15 +266,13 @@ void NoteListModel::tellCompleteness()
     if (m_isSearchComplete == m_undecided.isEmpty())
         return;
     m_isSearchComplete = m_undecided.isEmpty();
-    Q_EMIT
-    isSearchCompleteChanged();
+    Q_EMIT isSearchCompleteChanged();
 }
 
 void NoteListModel::tellChanged(const QList<int> &roles)
 {
     if (!m_ids.empty())
-        Q_EMIT
-    dataChanged(index(0), index(rowCount() - 1), roles);
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), roles);
 }
 
 std::vector<NoteListModel::Wanted> NoteListModel::wantedNotes()

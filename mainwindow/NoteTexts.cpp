@@ -1,10 +1,16 @@
 #include "mainwindow/NoteTexts.h"
 
+#include "core/NoteLines.h"
+#include "core/PlainTextPieces.h"
 #include "core/SearchQuery.h"
-#include "core/String+HTML.h"
+#include "core/ThreadJob.h"
 
 #include <algorithm>
 #include <utility>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -15,6 +21,18 @@ namespace
 constexpr int batchesAhead = 2;
 constexpr std::size_t notesInBatch = 32;
 constexpr qsizetype charactersInBatch = 65'536;
+
+// Qt's own priorities mean nothing to the usual scheduler of Linux, and there may be thousands of
+// notes to derive while the window and the web engine are still coming up.
+void giveWay()
+{
+#ifdef Q_OS_LINUX
+    constexpr int niceness = 10;
+    thread_local bool isDone = false;
+    if (!std::exchange(isDone, true)) // 0: this thread alone
+        ::setpriority(PRIO_PROCESS, 0, ::getpriority(PRIO_PROCESS, 0) + niceness);
+#endif
+}
 } // namespace
 
 NoteTexts::NoteTexts(QObject *parent) : QObject(parent)
@@ -71,7 +89,7 @@ const NoteTexts::Lines &NoteTexts::lines(const Note &note)
 {
     Entry &entry = entryOf(note);
     if (!entry.lines)
-        entry.lines = linesOf(entry.title, entry.body);
+        entry.lines = Lines{headingLine(note), note.previewText({})};
     return *entry.lines;
 }
 
@@ -87,21 +105,19 @@ bool NoteTexts::isDerived(const QUuid &id) const
     return found != m_entries.constEnd() && found->state == State::Derived;
 }
 
-NoteTexts::Lines NoteTexts::linesOf(const QString &title, const QString &body)
+NoteTexts::Result NoteTexts::derive(const Source &source) const
 {
     Note note;
-    note.title = title;
-    note.body = body;
-    return {note.headingText(), note.previewText({})};
-}
-
-NoteTexts::Result NoteTexts::derive(const Source &source)
-{
-    Result result{source.id, source.revision, linesOf(source.title, source.body), {}};
-    QString text = slowStrippingHTML(source.body);
+    note.title = source.title;
+    note.body = source.body;
+    const QString heading = note.headingText(); // all of it is searched, however much a line shows
+    Result result{source.id, source.revision, {lineOf(heading), note.previewText({})}, {}};
+    QString text;
+    for (PlainTextPieces pieces(source.body); !pieces.isAtEnd() && !m_isEnding;)
+        text += pieces.next();
     if (text.isEmpty())
         text = source.body; // better found by its markup than never
-    result.searched = {searchableText({result.lines.heading, result.lines.preview, text}),
+    result.searched = {searchableText({heading, result.lines.preview, text}),
                        !result.lines.preview.isEmpty()};
     return result;
 }
@@ -146,7 +162,8 @@ void NoteTexts::hireWorker()
         if (batch.empty())
             return;
         ++m_batches;
-        m_thread.start([this, batch = std::move(batch)] {
+        startJob(m_thread, [this, batch = std::move(batch)] {
+            giveWay();
             std::vector<Result> results;
             results.reserve(batch.size());
             for (const Source &source : batch) {
@@ -195,6 +212,5 @@ void NoteTexts::take(std::vector<Result> results)
         ids << result.id;
     }
     if (!ids.isEmpty())
-        Q_EMIT
-    derived(ids);
+        Q_EMIT derived(ids);
 }

@@ -31,7 +31,7 @@ public:
     };
 
     explicit NoteTexts(QObject *parent = nullptr);
-    ~NoteTexts() override; ///< waits for the thread, which ends with the note it has in hand
+    ~NoteTexts() override; ///< waits for the thread, which ends at once
 
     /// These are all notes now. What is known of those that are the same stays.
     void setNotes(const NoteArray &notes);
@@ -73,8 +73,7 @@ private:
         Searched searched;
     };
 
-    [[nodiscard]] static Lines linesOf(const QString &title, const QString &body);
-    [[nodiscard]] static Result derive(const Source &source);
+    [[nodiscard]] Result derive(const Source &source) const; ///< called on the thread
     [[nodiscard]] Entry &entryOf(const Note &note);
     void startWork();
     void hireWorker();

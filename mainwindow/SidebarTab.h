@@ -21,4 +21,4 @@ using SidebarTabs::SidebarTab;
 /// "NOTATKI" or "ARCHIWUM".
 [[nodiscard]] QString rawValue(SidebarTab tab);
 /// Exact match only.
-[[nodiscard]] std::optional<SidebarTab> sidebarTabFromRawValue(QStringView rawValue);
+[[nodiscard]] std::optional<SidebarTab> sidebarTabFromRawValue(QStringView text);

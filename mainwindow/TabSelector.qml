@@ -66,6 +66,7 @@ Item {
             Accessible.description: tab.helpText
             Accessible.selectable: true
             Accessible.selected: tab.isCurrent
+            Accessible.onPressAction: tab.clicked()
             Keys.onReturnPressed: tab.clicked()
             Keys.onEnterPressed: tab.clicked()
             Keys.onLeftPressed: tabs.itemAt(Math.max(0, tab.index - 1)).forceActiveFocus(Qt.TabFocusReason)

@@ -2,11 +2,11 @@ import QtQuick
 import Plim.MainWindow
 import Plim.Shell
 
-// For some seconds: what was deleted, and the way back.
+// For some seconds: what was done, and the way back.
 Rectangle {
     id: root
 
-    required property DeletionUndo deletionUndo
+    required property UndoOffer offer
 
     objectName: "undoBar"
     width: row.width + 2 * Theme.margin
@@ -15,11 +15,11 @@ Rectangle {
     color: Theme.sheet
     border.width: Theme.hairlineWidth
     border.color: Theme.sheetBorder
-    opacity: root.deletionUndo.isOffered ? 1 : 0
+    opacity: root.offer.isOffered ? 1 : 0
     visible: opacity > 0
-    enabled: root.deletionUndo.isOffered
+    enabled: root.offer.isOffered
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: root.deletionUndo.text
+    Accessible.name: root.offer.text
 
     Behavior on opacity {
         NumberAnimation {
@@ -36,7 +36,7 @@ Rectangle {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             leftPadding: Theme.gap / 2
-            text: root.deletionUndo.text + " —"
+            text: root.offer.text + " —"
             color: Theme.ink
             font: Theme.bodyFont
         }
@@ -44,10 +44,10 @@ Rectangle {
             objectName: "undoDelete"
             anchors.verticalCenter: parent.verticalCenter
             implicitHeight: Theme.buttonHeight - 6
-            text: L10n.undo
+            text: root.offer.actionText
             ink: Theme.hit
             fill: "transparent"
-            onClicked: root.deletionUndo.undo()
+            onClicked: root.offer.undo()
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "mainwindow/ContentController.h"
 #include "sticky/WindowHolder.h"
+#include "tests/Patience.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
 #include <QSignalSpy>
@@ -81,7 +82,8 @@ struct ContentFixture : NoteListFixture {
     /// The list's headings, once a search has looked at every note.
     [[nodiscard]] QString list()
     {
-        if (!QTest::qWaitFor([this] { return content.filteredNotes()->isSearchComplete(); }))
+        if (!QTest::qWaitFor([this] { return content.filteredNotes()->isSearchComplete(); },
+                             longEnough))
             qFatal("The search does not end");
         return headings(*content.filteredNotes());
     }

@@ -4,7 +4,6 @@
 #include "mainwindow/DragOverlayManager.h"
 #include "tests/mainwindow/ContentFixture.h"
 
-#include <QGuiApplication>
 #include <QRegularExpression>
 #include <QWindow>
 
@@ -13,11 +12,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 using Fixture = ContentFixture;
-
-constexpr auto cannotRaise = "This plugin does not support raise()"; // without a screen
 } // namespace
 
-// What the user asks the main window to do.
+// What the user asks the main window to do; tst_content_undo has what is taken back.
 class TestContentActions : public QObject
 {
     Q_OBJECT
@@ -71,90 +68,33 @@ private Q_SLOTS:
         QVERIFY(f.store.notes() == before);
     }
 
-    void aDeletedNoteIsOnOfferAndComesBackOpen()
+    void stickyWindowsAreAskedFor()
     {
-        Fixture f(u"A B C"_s);
-        f.select(u"B"_s);
-        f.content.deleteNote(f.id(u"B"_s));
-        QCOMPARE(f.order(), u"A C"_s);
-        QVERIFY(!f.selection.selectedNoteID());
-        QVERIFY(f.content.deletionUndo()->isOffered());
-        QCOMPARE(f.content.deletionUndo()->text(), u"Note deleted"_s);
-        f.content.deletionUndo()->undo();
-        QCOMPARE(f.order(), u"A B C"_s);
-        QVERIFY(f.selection.selectedNoteID() == f.id(u"B"_s));
-        QVERIFY(f.store.hasPendingSave());
+        Fixture f(u"A b C"_s);
+        QWindow window;
+        WindowHolder::shared().window = &window;
+        f.content.makeSticky(f.id(u"C"_s));
+        QCOMPARE(f.sticky.opened, QList{f.id(u"C"_s)});
+        f.content.makeAllSticky();
+        QCOMPARE(f.sticky.openedTogether, (QList<QList<QUuid>>{{f.id(u"A"_s), f.id(u"C"_s)}}));
+        QCOMPARE(f.sticky.sources, (QList<QWindow *>{nullptr, &window}));
+        QCOMPARE(f.sticky.stores, (QList<NoteStore *>{&f.store, &f.store}));
+        f.content.filteredNotes()->setSearchText(u"about A"_s);
+        QCOMPARE(f.list(), u"A"_s);
+        f.content.makeAllSticky();
+        QCOMPARE(f.sticky.openedTogether.constLast(), QList{f.id(u"A"_s)});
+        QVERIFY(!f.store.hasPendingSave());
     }
 
-    void whatIsOpenByThenStaysOpen()
+    void theSearchFieldIsAskedFor()
     {
-        Fixture f(u"A B C"_s);
-        f.select(u"B"_s);
-        f.content.deleteNote(f.id(u"B"_s));
-        f.select(u"C"_s);
-        f.content.deletionUndo()->undo();
-        QVERIFY(f.selection.selectedNoteID() == f.id(u"C"_s));
+        Fixture f;
+        QSignalSpy asked(&f.content, &ContentController::searchFocusRequested);
+        Q_EMIT NotificationCenter::shared().plimFocusSearch();
+        QCOMPARE(asked.count(), 1);
     }
 
-    void aNoteThatWasNotOpenComesBackUnopened()
-    {
-        Fixture f(u"A B C"_s);
-        f.select(u"B"_s);
-        f.content.deleteNote(f.id(u"B"_s));
-        f.content.deleteNote(f.id(u"A"_s)); // takes the offer's place
-        f.content.deletionUndo()->undo();
-        QCOMPARE(f.order(), u"A C"_s);
-        QVERIFY(!f.selection.selectedNoteID());
-    }
-
-    void deletingNothingOffersNothing()
-    {
-        Fixture f(u"A B"_s);
-        f.content.deleteNote(f.id(u"A"_s));
-        const QString offered = f.content.deletionUndo()->text();
-        f.content.deleteNote(QUuid::createUuid());
-        f.content.deleteSelection();
-        QCOMPARE(f.order(), u"B"_s);
-        QCOMPARE(f.content.deletionUndo()->text(), offered);
-        f.content.deletionUndo()->undo();
-        QCOMPARE(f.order(), u"A B"_s);
-    }
-
-    // The editor hands over its last words when it is given another note.
-    void wordsReportedAfterTheDeletionAreNotLost()
-    {
-        Fixture f(u"A B"_s);
-        const QUuid note = f.id(u"A"_s);
-        f.select(u"A"_s);
-        f.content.deleteNote(note);
-        f.content.applyEdit(note, u"<h1>A</h1><p>the last words</p>"_s);
-        QCOMPARE(f.order(), u"B"_s);
-        f.content.deletionUndo()->undo();
-        QCOMPARE(f.body(u"A"_s), u"<h1>A</h1><p>the last words</p>"_s);
-        QCOMPARE(f.content.editedNote().html, f.body(u"A"_s));
-    }
-
-    void theLastWordsOfAStickyWindowComeBackWithItsNote()
-    {
-        Fixture f(u"A B"_s);
-        const QUuid note = f.id(u"A"_s);
-        f.content.deleteNote(note);
-        Q_EMIT f.sticky.editedAfterDeletion(note, u"<h1>A</h1><p>the last words</p>"_s);
-        QCOMPARE(f.order(), u"B"_s);
-        f.content.deletionUndo()->undo();
-        QCOMPARE(f.body(u"A"_s), u"<h1>A</h1><p>the last words</p>"_s);
-    }
-
-    // Who is quick with the undo has the note back before its window has said everything.
-    void lastWordsThatComeAfterTheUndoAreStored()
-    {
-        Fixture f(u"A B"_s);
-        const QUuid note = f.id(u"A"_s);
-        f.content.deleteNote(note);
-        f.content.deletionUndo()->undo();
-        Q_EMIT f.sticky.editedAfterDeletion(note, u"<h1>A</h1><p>the last words</p>"_s);
-        QCOMPARE(f.body(u"A"_s), u"<h1>A</h1><p>the last words</p>"_s);
-    }
+    // Ticked notes
 
     void allOfTheListIsTicked_data()
     {
@@ -258,6 +198,8 @@ private Q_SLOTS:
         QCOMPARE(f.content.selectedCountText(), u"Zaznaczono 5 notatek"_s);
     }
 
+    // Moving
+
     void aNoteIsMovedByRows_data()
     {
         QTest::addColumn<QString>("note");
@@ -356,129 +298,6 @@ private Q_SLOTS:
         QCOMPARE(card.width(), 340.0); // no row is known
         f.content.reordering()->cancelDrag();
         QVERIFY(!card.isShown());
-    }
-
-    void stickyWindowsAreAskedFor()
-    {
-        Fixture f(u"A b C"_s);
-        QWindow window;
-        WindowHolder::shared().window = &window;
-        f.content.makeSticky(f.id(u"C"_s));
-        QCOMPARE(f.sticky.opened, QList{f.id(u"C"_s)});
-        f.content.makeAllSticky();
-        QCOMPARE(f.sticky.openedTogether, (QList<QList<QUuid>>{{f.id(u"A"_s), f.id(u"C"_s)}}));
-        QCOMPARE(f.sticky.sources, (QList<QWindow *>{nullptr, &window}));
-        QCOMPARE(f.sticky.stores, (QList<NoteStore *>{&f.store, &f.store}));
-        f.content.filteredNotes()->setSearchText(u"about A"_s);
-        QCOMPARE(f.list(), u"A"_s);
-        f.content.makeAllSticky();
-        QCOMPARE(f.sticky.openedTogether.constLast(), QList{f.id(u"A"_s)});
-        QVERIFY(!f.store.hasPendingSave());
-    }
-
-    void aNoteIsShownForWhoAsks_data()
-    {
-        QTest::addColumn<QString>("note");
-        QTest::addColumn<bool>("fromArchive");
-        QTest::newRow("in its tab") << u"A"_s << false;
-        QTest::newRow("a note in the other tab") << u"A"_s << true;
-        QTest::newRow("an archived note") << u"b"_s << false;
-        QTest::newRow("an archived note in its tab") << u"b"_s << true;
-    }
-    void aNoteIsShownForWhoAsks()
-    {
-        QFETCH(QString, note);
-        QFETCH(bool, fromArchive);
-        Fixture f(u"A b C"_s);
-        QWindow window;
-        WindowHolder::shared().window = &window;
-        f.content.selectTab(fromArchive ? SidebarTab::Archive : SidebarTab::Notes);
-        QTest::ignoreMessage(QtWarningMsg, cannotRaise);
-        Q_EMIT NotificationCenter::shared().plimSelectNote(f.id(note));
-        QVERIFY(f.selection.selectedNoteID() == f.id(note));
-        QCOMPARE(f.selection.selectedTab() == SidebarTab::Archive, note == u"b"_s);
-        QCOMPARE(f.content.selectedRow(), 0);
-        QVERIFY(window.isVisible());
-        QTRY_COMPARE(QGuiApplication::focusWindow(), &window);
-    }
-
-    void theWindowComesToTheFrontAsItWas_data()
-    {
-        QTest::addColumn<Qt::WindowStates>("before");
-        QTest::addColumn<Qt::WindowStates>("after");
-        using States = Qt::WindowStates;
-        QTest::newRow("as any") << States(Qt::WindowNoState) << States(Qt::WindowNoState);
-        QTest::newRow("maximised") << States(Qt::WindowMaximized) << States(Qt::WindowMaximized);
-        QTest::newRow("minimised") << States(Qt::WindowMinimized) << States(Qt::WindowNoState);
-        QTest::newRow("minimised from maximised")
-            << (Qt::WindowMinimized | Qt::WindowMaximized) << States(Qt::WindowMaximized);
-    }
-    void theWindowComesToTheFrontAsItWas()
-    {
-        QFETCH(Qt::WindowStates, before);
-        Fixture f(u"A"_s);
-        QWindow window;
-        window.setVisible(true);
-        window.setWindowStates(before);
-        WindowHolder::shared().window = &window;
-        QTest::ignoreMessage(QtWarningMsg, cannotRaise);
-        Q_EMIT NotificationCenter::shared().plimSelectNote(f.id(u"A"_s));
-        QTEST(window.windowStates(), "after");
-    }
-
-    void anUnknownNoteIsNotShown()
-    {
-        Fixture f(u"A b"_s);
-        QWindow window;
-        WindowHolder::shared().window = &window;
-        f.select(u"A"_s);
-        f.content.selectTab(SidebarTab::Archive);
-        f.tick(u"b"_s);
-        Q_EMIT NotificationCenter::shared().plimSelectNote(QUuid::createUuid());
-        QVERIFY(f.selection.selectedNoteID() == f.id(u"A"_s));
-        QVERIFY(f.selection.selectedTab() == SidebarTab::Archive);
-        QVERIFY(f.isTicking());
-        QVERIFY(!window.isVisible());
-    }
-
-    void withoutAWindowANoteIsSelectedAllTheSame()
-    {
-        Fixture f(u"A b"_s);
-        Q_EMIT NotificationCenter::shared().plimSelectNote(f.id(u"b"_s));
-        QVERIFY(f.selection.selectedNoteID() == f.id(u"b"_s));
-    }
-
-    void aPendingNoteIsSelectedWithTheWindow_data()
-    {
-        QTest::addColumn<QString>("pending");
-        QTest::newRow("a note") << u"B"_s;
-        QTest::newRow("an archived one") << u"c"_s;
-        QTest::newRow("one that is gone") << QString();
-    }
-    void aPendingNoteIsSelectedWithTheWindow()
-    {
-        QFETCH(QString, pending);
-        Fixture f(u"A B c"_s);
-        f.select(u"A"_s);
-        const QUuid expected = pending.isNull() ? f.id(u"A"_s) : f.id(pending);
-        WindowHolder::shared().pendingSelectedID =
-            pending.isNull() ? QUuid::createUuid() : expected;
-        QCoreApplication::processEvents();
-        QVERIFY(f.selection.selectedNoteID() == f.id(u"A"_s)); // no window has come
-        QWindow window;
-        window.setVisible(true);
-        window.requestActivate();
-        QTRY_VERIFY(!WindowHolder::shared().pendingSelectedID);
-        QVERIFY(f.selection.selectedNoteID() == expected);
-        QCOMPARE(f.selection.selectedTab() == SidebarTab::Archive, pending == u"c"_s);
-    }
-
-    void theSearchFieldIsAskedFor()
-    {
-        Fixture f;
-        QSignalSpy asked(&f.content, &ContentController::searchFocusRequested);
-        Q_EMIT NotificationCenter::shared().plimFocusSearch();
-        QCOMPARE(asked.count(), 1);
     }
 };
 

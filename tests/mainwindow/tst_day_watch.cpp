@@ -1,4 +1,5 @@
 #include "mainwindow/DayWatch.h"
+#include "tests/Patience.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -71,7 +72,7 @@ private Q_SLOTS:
         QFETCH(QString, before);
         Watched w(before);
         w.now = w.now.addMSecs(10);
-        QVERIFY(w.changed.wait());
+        QVERIFY(w.changed.wait(longEnough));
         QCOMPARE(w.changed.count(), 1);
     }
 
@@ -80,7 +81,7 @@ private Q_SLOTS:
         Watched w(u"2024-03-15 23:59:59.998"_s);
         w.now = w.now.addMSecs(1);
         QTimer::singleShot(20, this, [&] { w.now = w.now.addMSecs(1); });
-        QVERIFY(w.changed.wait());
+        QVERIFY(w.changed.wait(longEnough));
         QCOMPARE(w.changed.count(), 1);
     }
 
@@ -96,8 +97,7 @@ private Q_SLOTS:
     {
         Watched w(u"2024-03-15 12:00:00.000"_s);
         w.now = w.now.addDays(1);
-        Q_EMIT
-        qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+        Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
         QCOMPARE(w.changed.count(), 1);
     }
 };

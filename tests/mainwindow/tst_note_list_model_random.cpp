@@ -3,6 +3,7 @@
 #include "mainwindow/MarkedText.h"
 #include "mainwindow/TimestampFormat.h"
 #include "shell/L10n.h"
+#include "tests/Patience.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -222,7 +223,7 @@ private:
                                        u"123"_s,        u"7"_s,    u"7 "_s,     u"ABOUT 5"_s,
                                        u"o"_s,          u"ot"_s,   u"other"_s,  u"restored"_s,
                                        u"no content"_s, u"brak"_s, u"treści"_s, u"nowhere"_s};
-        const QString text = texts[m_random.bounded(int(texts.size()))];
+        const QString &text = texts[m_random.bounded(int(texts.size()))];
         m_model.setSearchText(text);
         return u"search %1"_s.arg(text);
     }
@@ -277,7 +278,7 @@ private Q_SLOTS:
         RandomUser user(f, model, seed);
         for (int step = 0; step < 1000; ++step) {
             const QString act = user.act();
-            QVERIFY(model.isSearchComplete() || completeness.wait());
+            QVERIFY(model.isSearchComplete() || completeness.wait(longEnough));
             const QList<Row> wanted = filtered(f, model.searchText());
             QVERIFY2(view.rows == wanted,
                      qPrintable(u"seed %1, step %2: %3"_s.arg(seed).arg(step).arg(act)));

@@ -1,6 +1,7 @@
 #include "mainwindow/NoteListModel.h"
 
 #include "shell/L10n.h"
+#include "tests/Patience.h"
 #include "tests/core/Duration.h"
 #include "tests/mainwindow/ModelSpy.h"
 #include "tests/mainwindow/NoteListFixture.h"
@@ -32,7 +33,7 @@ struct Fixture : NoteListFixture {
         QTRY_VERIFY(model.isSearchComplete());
     }
     /// Until the edits' texts are there.
-    void settle() { QTRY_VERIFY(model.isSearchComplete()); }
+    void settle() const { QTRY_VERIFY(model.isSearchComplete()); }
     void edit(const QString &heading, const QString &newHeading)
     {
         Note note = *store.note(id(heading));
@@ -363,7 +364,7 @@ private Q_SLOTS:
             model.setSearchText(u"odd"_s);
             QSignalSpy inserted(&model, &NoteListModel::rowsInserted);
             if (round % 2 == 0)
-                QVERIFY(inserted.wait());
+                QVERIFY(inserted.wait(longEnough));
         }
     }
 };

@@ -1,6 +1,7 @@
 #include "mainwindow/NoteTexts.h"
 
 #include "core/SearchQuery.h"
+#include "tests/Patience.h"
 #include "tests/core/Duration.h"
 
 #include <QSignalSpy>
@@ -144,7 +145,7 @@ private Q_SLOTS:
         for (int i = 0; i < 300; ++i)
             notes.append(noteOf(u"<p>x</p>"_s, 300 - i));
         f.texts.setNotes(notes);
-        QVERIFY(f.derived.wait());
+        QVERIFY(f.derived.wait(longEnough));
         Note edited = notes[299];
         edited.body = u"<p>y</p>"_s;
         f.texts.update(edited);
@@ -241,7 +242,7 @@ private Q_SLOTS:
             if (round % 3 > 0)
                 QCoreApplication::processEvents();
             if (round % 3 > 1)
-                QVERIFY(derived.wait());
+                QVERIFY(derived.wait(longEnough));
         }
     }
 
@@ -250,17 +251,26 @@ private Q_SLOTS:
         NoteArray notes;
         for (int i = 0; i < 2000; ++i)
             notes.append(noteOf(u"<p>%1</p>"_s.arg(u"<b>filler</b> "_s.repeated(100))));
-        const double whole = bestDuration([&] {
+        const auto spent = [](auto work) { // by all threads
+            const double start = processorTime(CLOCK_PROCESS_CPUTIME_ID);
+            work();
+            return processorTime(CLOCK_PROCESS_CPUTIME_ID) - start;
+        };
+        const double whole = spent([&] {
             Fixture f;
-            f.texts.setNotes({notes[0], notes[1], notes[2], notes[3], notes[4], notes[5]});
-            QTRY_COMPARE(f.order().size(), 6);
+            f.texts.setNotes(notes);
+            QTRY_COMPARE(f.order().size(), notes.size());
         });
-        const double cut = bestDuration([&] {
-            NoteTexts texts;
-            texts.setNotes(notes);
-            QCoreApplication::processEvents();
-        });
-        QVERIFY2(cut < whole * 10, qPrintable(u"%1 ns, %2 ns"_s.arg(whole).arg(cut)));
+        double cut = whole;
+        // The thread may have been let go on before it was told to end.
+        for (int attempt = 0; attempt < 20 && cut * 4 > whole; ++attempt) {
+            cut = std::min(cut, spent([&] {
+                               NoteTexts texts;
+                               texts.setNotes(notes);
+                               QCoreApplication::processEvents();
+                           }));
+        }
+        QVERIFY2(cut * 4 < whole, qPrintable(u"%1 ns, %2 ns"_s.arg(whole).arg(cut)));
     }
 };
 

@@ -3,6 +3,7 @@
 #include "mainwindow/DragOverlayManager.h"
 #include "shell/FontRegistration.h"
 #include "sticky/StickyNoteManager.h"
+#include "tests/Patience.h"
 
 #include <QGuiApplication>
 #include <QQmlProperty>
@@ -67,7 +68,7 @@ void MainWindow::show(const NoteArray &notes, QSize size, AppLanguage language)
     window()->resize(size);
     window()->show();
     window()->requestActivate();
-    if (!QTest::qWaitForWindowActive(window()))
+    if (!QTest::qWaitForWindowActive(window(), longEnough))
         qFatal("The main window does not come up");
 }
 
@@ -140,7 +141,7 @@ QUuid MainWindow::id(const QString &heading) const
     qFatal("There is no note %s", qPrintable(heading));
 }
 
-void MainWindow::pretendSticky(const QStringList &headings)
+void MainWindow::pretendSticky(const QStringList &headings) const
 {
     NoteIDSet ids;
     for (const QString &heading : headings)

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] QUuid id(const QString &heading) const;
 
     /// The note has a sticky window.
-    void pretendSticky(const QStringList &headings);
+    void pretendSticky(const QStringList &headings) const;
     void selectTab(SidebarTab tab) { content.selectTab(tab); }
     [[nodiscard]] QString focusedName() const; ///< of the item that has the keyboard
 

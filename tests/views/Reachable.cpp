@@ -1,5 +1,6 @@
 #include "tests/views/Reachable.h"
 
+#include "shell/WithoutTypeInformation.h"
 #include "tests/views/Stage.h"
 
 #include <functional>
@@ -27,7 +28,8 @@ bool isControl(QAccessible::Role role)
     }
 }
 
-void visit(QAccessibleInterface *node, const std::function<void(QAccessibleInterface *)> &look)
+WITHOUT_TYPE_INFORMATION void visit(QAccessibleInterface *node,
+                                    const std::function<void(QAccessibleInterface *)> &look)
 {
     if (!node || !node->isValid())
         return;
@@ -40,15 +42,16 @@ void visit(QAccessibleInterface *node, const std::function<void(QAccessibleInter
 QList<QAccessibleInterface *> shownIn(QQuickWindow *window)
 {
     QList<QAccessibleInterface *> shown;
-    visit(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface *node) {
-        const auto *item = qobject_cast<QQuickItem *>(node->object());
-        if (item && isDrawn(item) && !node->state().invisible)
-            shown << node;
-    });
+    visit(QAccessible::queryAccessibleInterface(window),
+          [&](QAccessibleInterface *node) WITHOUT_TYPE_INFORMATION {
+              const auto *item = qobject_cast<QQuickItem *>(node->object());
+              if (item && isDrawn(item) && !node->state().invisible)
+                  shown << node;
+          });
     return shown;
 }
 
-QString nameOf(QAccessibleInterface *node)
+WITHOUT_TYPE_INFORMATION QString nameOf(QAccessibleInterface *node)
 {
     return node->text(QAccessible::Name);
 }
@@ -61,7 +64,7 @@ QAccessibleInterface *interfaceOf(QQuickItem *item)
     return found;
 }
 
-QStringList namelessIn(QQuickWindow *window)
+WITHOUT_TYPE_INFORMATION QStringList namelessIn(QQuickWindow *window)
 {
     QStringList nameless;
     for (QAccessibleInterface *node : shownIn(window)) {
@@ -72,7 +75,7 @@ QStringList namelessIn(QQuickWindow *window)
     return nameless;
 }
 
-QStringList namesIn(QQuickWindow *window, QAccessible::Role role)
+WITHOUT_TYPE_INFORMATION QStringList namesIn(QQuickWindow *window, QAccessible::Role role)
 {
     QStringList names;
     for (QAccessibleInterface *node : shownIn(window)) {
@@ -80,4 +83,21 @@ QStringList namesIn(QQuickWindow *window, QAccessible::Role role)
             names << nameOf(node);
     }
     return names;
+}
+
+QList<QAccessibleInterface *> buttonsIn(QQuickWindow *window)
+{
+    QList<QAccessibleInterface *> buttons = shownIn(window);
+    buttons.removeIf([](QAccessibleInterface *node) WITHOUT_TYPE_INFORMATION {
+        switch (node->role()) {
+        case QAccessible::Button:
+        case QAccessible::RadioButton:
+        case QAccessible::CheckBox:
+        case QAccessible::PageTab:
+            return !qobject_cast<QQuickItem *>(node->object())->isEnabled();
+        default:
+            return true;
+        }
+    });
+    return buttons;
 }

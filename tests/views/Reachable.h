@@ -16,3 +16,5 @@
 [[nodiscard]] QStringList namelessIn(QQuickWindow *window);
 /// Names of all controls of the role, in order.
 [[nodiscard]] QStringList namesIn(QQuickWindow *window, QAccessible::Role role);
+/// Buttons of every kind, those that are on, in order.
+[[nodiscard]] QList<QAccessibleInterface *> buttonsIn(QQuickWindow *window);

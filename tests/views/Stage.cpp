@@ -1,6 +1,7 @@
 #include "tests/views/Stage.h"
 
 #include "shell/SystemPreferences.h"
+#include "tests/Patience.h"
 
 #include <QDBusVariant>
 #include <QGuiApplication>
@@ -28,6 +29,14 @@ QQuickItem *find(QQuickItem *root, const QString &name)
             return found;
     }
     return nullptr;
+}
+
+/// Rows and columns place what is in them when the window is drawn next, which may not have been
+/// yet since the item came up: a click would go to where it was before.
+void putInPlace(QQuickItem *item)
+{
+    if (item->window()->isExposed())
+        pictureOf(item->window());
 }
 } // namespace
 
@@ -96,11 +105,13 @@ QImage pictureOf(QQuickWindow *window)
 
 void click(QQuickItem *item)
 {
+    putInPlace(item);
     QTest::mouseClick(item->window(), Qt::LeftButton, {}, middleOf(item));
 }
 
 void hover(QQuickItem *item)
 {
+    putInPlace(item);
     moveTo(item->window(), middleOf(item));
 }
 
@@ -159,7 +170,7 @@ Stage::Stage(const QByteArray &views, QSize size)
         qFatal("%s", qPrintable(component.errorString()));
     m_window->show();
     m_window->requestActivate();
-    if (!QTest::qWaitForWindowActive(m_window.get()))
+    if (!QTest::qWaitForWindowActive(m_window.get(), longEnough))
         qFatal("The window does not come up");
 }
 

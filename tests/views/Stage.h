@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/Patience.h"
 #include "tests/ThrowAwayHome.h"
 
 #include <QByteArray>

@@ -2,17 +2,17 @@
 
 #include "editor/RichTextEditorCoordinator.h"
 #include "shell/FontRegistration.h"
+#include "shell/WithoutTypeInformation.h"
 #include "sticky/StickyNoteFactory.h"
+#include "tests/Patience.h"
+#include "tests/views/WaitFor.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QTest>
 #include <QTimer>
 
-#include <chrono>
-
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace
 {
@@ -53,7 +53,7 @@ QQuickWindow *StickyNotes::open(int index, std::optional<StickyFrame> frame)
 {
     manager.open(id(index), store, nullptr, frame);
     QQuickWindow *opened = window(index);
-    if (!QTest::qWaitForWindowActive(opened))
+    if (!QTest::qWaitForWindowActive(opened, longEnough))
         qFatal("The sticky window does not come up");
     return opened;
 }
@@ -61,21 +61,32 @@ QQuickWindow *StickyNotes::open(int index, std::optional<StickyFrame> frame)
 QQuickWindow *StickyNotes::openPage(int index)
 {
     QQuickWindow *opened = open(index);
-    const auto isShown = [this, index, opened] {
-        return coordinatorOf(opened)->loadedNoteID() == id(index) && isWriting(index);
-    };
-    if (!QTest::qWaitFor(isShown, 30'000))
-        qFatal("The page does not show the note");
-    // The page puts the caret into what it was given a moment later.
-    (void)js(u"window.hasSettled = false;"
-       "setTimeout(() => { window.hasSettled = true; }, 2 * FOCUS_DELAY); null"_s,
-       index);
-    if (!QTest::qWaitFor([&] { return js(u"window.hasSettled"_s, index).toBool(); }))
-        qFatal("The page does not settle");
+    settle(index);
+    if (!waitFor([&] { return isWriting(index); }))
+        qFatal("The page does not get the keyboard");
     return opened;
 }
 
-void StickyNotes::fold(int index)
+void StickyNotes::settle(int index) const
+{
+    const auto isShown = [this, index] {
+        return coordinatorOf(window(index))->loadedNoteID() == id(index) &&
+               js(u"typeof getComposedHTML === 'function' && innerHeight > 0"
+                  " && document.activeElement.isContentEditable"_s,
+                  index)
+                   .toBool();
+    };
+    if (!waitFor(isShown))
+        qFatal("The page does not show the note");
+    // The page puts the caret into what it was given a moment later.
+    (void)js(u"window.hasSettled = false;"
+             "setTimeout(() => { window.hasSettled = true; }, 2 * FOCUS_DELAY); null"_s,
+             index);
+    if (!waitFor([&] { return js(u"window.hasSettled"_s, index).toBool(); }))
+        qFatal("The page does not settle");
+}
+
+void StickyNotes::fold(int index) const
 {
     controller(index).toggleCollapse();
     QTRY_COMPARE(item(u"stickyNoteView"_s, index)->height(), capsuleHeight);
@@ -85,7 +96,7 @@ void StickyNotes::leave()
 {
     m_other.show();
     m_other.requestActivate();
-    if (!QTest::qWaitForWindowActive(&m_other))
+    if (!QTest::qWaitForWindowActive(&m_other, longEnough))
         qFatal("The other window does not come up");
     for (QWindow *window : QGuiApplication::allWindows()) {
         if (window != &m_other && window->isVisible())
@@ -127,17 +138,17 @@ QQuickWindow *StickyNotes::options(int index) const
     return nullptr;
 }
 
-QQuickWindow *StickyNotes::openOptions(int index)
+QQuickWindow *StickyNotes::openOptions(int index) const
 {
     click(item(u"sticky.color"_s, index));
     QQuickWindow *opened = options(index);
-    if (!opened || !QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == opened; }))
+    if (!opened || !waitFor([&] { return QGuiApplication::focusWindow() == opened; }))
         qFatal("The options do not open");
     pictureOf(opened); // drawing puts everything into its place
     return opened;
 }
 
-QString StickyNotes::focusedName(int index) const
+WITHOUT_TYPE_INFORMATION QString StickyNotes::focusedName(int index) const
 {
     const QQuickItem *item = window(index)->activeFocusItem();
     while (item && item->objectName().isEmpty())
@@ -165,7 +176,7 @@ QVariant StickyNotes::js(const QString &script, int index) const
             answer->isThere = true;
             answer->loop.quit();
         });
-    QTimer::singleShot(10s, &answer->loop, &QEventLoop::quit);
+    QTimer::singleShot(longEnough, &answer->loop, &QEventLoop::quit);
     if (!answer->isThere)
         answer->loop.exec();
     return answer->value;
@@ -180,9 +191,9 @@ bool StickyNotes::isWriting(int index) const
                .toBool();
 }
 
-void StickyNotes::typeLetter(char letter, int index)
+void StickyNotes::typeLetter(char letter, int index) const
 {
     const QString before = js(u"getComposedHTML()"_s, index).toString();
     QTest::keyClick(window(index), letter);
-    QTRY_VERIFY(js(u"getComposedHTML()"_s, index).toString() != before);
+    QVERIFY(waitFor([&] { return js(u"getComposedHTML()"_s, index).toString() != before; }));
 }

@@ -39,8 +39,10 @@ public:
     QQuickWindow *open(int index = 0, std::optional<StickyFrame> frame = std::nullopt);
     /// As open(), and waits until the page shows the note and its caret.
     QQuickWindow *openPage(int index = 0);
+    /// Waits until the page of an open window shows the note, in its size, and its caret.
+    void settle(int index = 0) const;
     /// The window is collapsed, as by its control.
-    void fold(int index = 0);
+    void fold(int index = 0) const;
     /// Another window of the program has the keyboard, and the pointer is over none of the
     /// stickies.
     void leave();
@@ -58,13 +60,13 @@ public:
     /// nullptr until it was wanted for the first time.
     [[nodiscard]] QQuickWindow *options(int index = 0) const;
     /// Presses the button that opens it.
-    QQuickWindow *openOptions(int index = 0);
+    QQuickWindow *openOptions(int index = 0) const;
     [[nodiscard]] QString focusedName(int index = 0) const; ///< of what has the keyboard
     [[nodiscard]] QVariant js(const QString &script, int index = 0) const;
     /// What is typed goes into the page.
     [[nodiscard]] bool isWriting(int index = 0) const;
     /// Waits until the page has seen the letter.
-    void typeLetter(char letter, int index = 0);
+    void typeLetter(char letter, int index = 0) const;
 
     ThrowAwayHome home;
     NoteStore store{home.data()};

@@ -6,12 +6,27 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+const QStringList states{u"empty pane"_s,    u"open note"_s,     u"hovered row"_s,
+                         u"search"_s,        u"nothing found"_s, u"selection mode"_s,
+                         u"delete dialog"_s, u"batch dialog"_s,  u"link dialog"_s,
+                         u"popover"_s,       u"undo"_s};
+
+const QString notOffered = u"not offered"_s;
+
+bool isInDialog(const QAccessibleInterface *node)
+{
+    while (node && node->role() != QAccessible::Dialog)
+        node = node->parent();
+    return node != nullptr;
+}
+
 struct Spoken : MainWindow {
     explicit Spoken(AppLanguage language = AppLanguage::en)
         : MainWindow(u"Milk Bread Butter old"_s, QSize(1100, 700), language)
@@ -25,7 +40,122 @@ struct Spoken : MainWindow {
         return interfaceOf(row(heading))->state();
     }
     [[nodiscard]] QQuickWindow *popover() const { return window(u"noteOptionsPopover"_s); }
+
+    /// Goes where the program offers something else, as its user does.
+    void reach(const QString &state)
+    {
+        if (state != u"empty pane")
+            content.selectNote(id(u"Bread"_s));
+        if (state == u"open note") {
+            wanted = L10n::strikethrough();
+        } else if (state == u"hovered row") {
+            hover(row(u"Milk"_s));
+            QTRY_VERIFY(isDrawn(rowButton(u"Milk"_s, u"rowDelete"_s)));
+            wanted = L10n::archiveNote();
+        } else if (state == u"search") {
+            content.filteredNotes()->setSearchText(u"mi"_s);
+            wanted = L10n::clearSearch();
+        } else if (state == u"nothing found") {
+            content.filteredNotes()->setSearchText(u"zzz"_s);
+            QTRY_VERIFY(isDrawn(item(u"emptyList"_s)));
+            wanted = L10n::noResults();
+        } else if (state == u"selection mode" || state == u"batch dialog") {
+            content.multiSelection()->setIsSelectionMode(true);
+            content.selectAll();
+            wanted = L10n::selectAll();
+            if (state == u"batch dialog") {
+                click(item(u"deleteSelection"_s));
+                wanted = L10n::deletePermanently();
+            }
+        } else if (state == u"delete dialog") {
+            QMetaObject::invokeMethod(object(u"deleteNoteDialog"_s), "ask",
+                                      Q_ARG(QString, id(u"Milk"_s).toString()));
+            wanted = L10n::deletePermanently();
+        } else if (state == u"link dialog") {
+            click(item(u"tool.link"_s));
+            wanted = L10n::enterURL();
+        } else if (state == u"popover") {
+            click(item(u"noteOptions"_s));
+            QTRY_VERIFY(popover()->isVisible());
+            reached = popover();
+            QQmlComponent component(&engine);
+            component.setData("import QtQuick.Templates\nAction {}", {});
+            QObject *action = component.create();
+            action->setParent(reached);
+            for (const char *name : {"openNotebook", "newSticky", "sort", "sortRandom",
+                                     "sortByColor", "collapseAll", "expandAll"})
+                QVERIFY(reached->setProperty(name, QVariant::fromValue(action)));
+            reached->setProperty("showSortMenu", true);
+            pictureOf(reached);
+            wanted = L10n::sortRandomly();
+        } else if (state == u"undo") {
+            content.deleteNote(id(u"Milk"_s));
+            wanted = L10n::undo();
+        }
+    }
+
+    /// What a press can change, in words.
+    [[nodiscard]] QString told()
+    {
+        const QVariantList told{storedNotes(),
+                                openNote(),
+                                int(selection.selectedTab()),
+                                int(LanguageManager::shared().language()),
+                                drawnRows(),
+                                content.multiSelection()->isSelectionMode(),
+                                object(u"deleteNoteDialog"_s)->property("visible"),
+                                object(u"deleteNotesDialog"_s)->property("visible"),
+                                object(u"linkDialog"_s)->property("visible"),
+                                popover() && popover()->isVisible(),
+                                item(u"searchField"_s)->property("text")};
+        QStringList texts;
+        for (const QVariant &value : told)
+            texts << value.toString();
+        return texts.join(u" | "_s);
+    }
+
+    /// What can be pressed and is not covered by a question.
+    [[nodiscard]] QList<QAccessibleInterface *> buttons() const
+    {
+        const bool isAsking = !namesIn(reached, QAccessible::Dialog).isEmpty();
+        QList<QAccessibleInterface *> buttons = buttonsIn(reached);
+        buttons.removeIf([&](QAccessibleInterface *node) { return isAsking && !isInDialog(node); });
+        return buttons;
+    }
+
+    QQuickWindow *reached = window(); ///< the window it is in
+    QString wanted;                   ///< there is something of this name then
 };
+
+QStringList buttonNames(const QString &state)
+{
+    Spoken w;
+    w.reach(state);
+    QStringList names;
+    for (QAccessibleInterface *node : w.buttons())
+        names << nameOf(node);
+    return names;
+}
+
+/// What comes of an action of a button of that state, by its place among them; without an action,
+/// of a click. Each time in a new window: what one button does may take the others away.
+QString outcome(const QString &state, int index, const QString &action)
+{
+    Spoken w;
+    w.reach(state);
+    QAccessibleInterface *node = w.buttons().value(index);
+    if (!node)
+        return u"gone"_s;
+    auto *button = qobject_cast<QQuickItem *>(node->object());
+    QSignalSpy clicks(button, SIGNAL(clicked()));
+    if (action.isEmpty())
+        click(button);
+    else if (node->actionInterface()->actionNames().contains(action))
+        node->actionInterface()->doAction(action);
+    else
+        return notOffered;
+    return u"clicked %1, "_s.arg(clicks.count()) + w.told();
+}
 } // namespace
 
 class TestAccessibility : public QObject
@@ -44,10 +174,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<AppLanguage>("language");
         QTest::addColumn<QString>("state");
-        for (const QString &state :
-             {u"empty pane"_s, u"open note"_s, u"hovered row"_s, u"search"_s, u"nothing found"_s,
-              u"selection mode"_s, u"delete dialog"_s, u"batch dialog"_s, u"link dialog"_s,
-              u"popover"_s, u"undo"_s}) {
+        for (const QString &state : states) {
             QTest::addRow("%s, pl", qPrintable(state)) << AppLanguage::pl << state;
             QTest::addRow("%s, en", qPrintable(state)) << AppLanguage::en << state;
         }
@@ -57,56 +184,9 @@ private Q_SLOTS:
         QFETCH(AppLanguage, language);
         QFETCH(QString, state);
         Spoken w(language);
-        QQuickWindow *window = w.window();
-        QString wanted; // in this state there is something of this name
-        if (state != u"empty pane")
-            w.content.selectNote(w.id(u"Bread"_s));
-        if (state == u"open note") {
-            wanted = L10n::strikethrough();
-        } else if (state == u"hovered row") {
-            hover(w.row(u"Milk"_s));
-            QTRY_VERIFY(isDrawn(w.rowButton(u"Milk"_s, u"rowDelete"_s)));
-            wanted = L10n::archiveNote();
-        } else if (state == u"search") {
-            w.content.filteredNotes()->setSearchText(u"mi"_s);
-            wanted = L10n::clearSearch();
-        } else if (state == u"nothing found") {
-            w.content.filteredNotes()->setSearchText(u"zzz"_s);
-            QTRY_VERIFY(isDrawn(w.item(u"emptyList"_s)));
-            wanted = L10n::noResults();
-        } else if (state == u"selection mode" || state == u"batch dialog") {
-            w.content.multiSelection()->setIsSelectionMode(true);
-            w.content.selectAll();
-            wanted = L10n::selectAll();
-            if (state == u"batch dialog") {
-                click(w.item(u"deleteSelection"_s));
-                wanted = L10n::deletePermanently();
-            }
-        } else if (state == u"delete dialog") {
-            QMetaObject::invokeMethod(w.object(u"deleteNoteDialog"_s), "ask",
-                                      Q_ARG(QString, w.id(u"Milk"_s).toString()));
-            wanted = L10n::deletePermanently();
-        } else if (state == u"link dialog") {
-            click(w.item(u"tool.link"_s));
-            wanted = L10n::enterURL();
-        } else if (state == u"popover") {
-            click(w.item(u"noteOptions"_s));
-            QTRY_VERIFY(w.popover()->isVisible());
-            window = w.popover();
-            QQmlComponent component(&w.engine);
-            component.setData("import QtQuick.Templates\nAction {}", {});
-            QObject *action = component.create();
-            action->setParent(window);
-            for (const char *name : {"openNotebook", "newSticky", "sort", "sortRandom",
-                                     "sortByColor", "collapseAll", "expandAll"})
-                QVERIFY(window->setProperty(name, QVariant::fromValue(action)));
-            window->setProperty("showSortMenu", true);
-            pictureOf(window);
-            wanted = L10n::sortRandomly();
-        } else if (state == u"undo") {
-            w.content.deleteNote(w.id(u"Milk"_s));
-            wanted = L10n::undo();
-        }
+        w.reach(state);
+        QQuickWindow *window = w.reached;
+        const QString wanted = w.wanted;
         const auto isThere = [&] {
             const auto shown = shownIn(window);
             return std::ranges::any_of(
@@ -115,6 +195,48 @@ private Q_SLOTS:
         if (!wanted.isEmpty())
             QTRY_VERIFY2(isThere(), qPrintable(wanted));
         QCOMPARE(namelessIn(window), QStringList());
+    }
+
+    void everyButtonCanBePressed_data()
+    {
+        QTest::addColumn<QString>("state");
+        for (const QString &state : states)
+            QTest::addRow("%s", qPrintable(state)) << state;
+    }
+    void everyButtonCanBePressed()
+    {
+        QFETCH(QString, state);
+        QStringList elsewhere; // what is there nearly always is pressed once
+        if (state != "empty pane"_L1)
+            elsewhere << buttonNames(u"empty pane"_s);
+        if (state != "empty pane"_L1 && state != "open note"_L1)
+            elsewhere << buttonNames(u"open note"_s);
+        const QStringList names = buttonNames(state);
+        int pressed = 0;
+        for (int i = 0; i < names.size(); ++i) {
+            if (elsewhere.contains(names[i]))
+                continue;
+            const QString wanted = outcome(state, i, {});
+            QVERIFY2(wanted.startsWith("clicked 1"_L1), qPrintable(names[i] + wanted));
+            for (const QString &action : {QAccessibleActionInterface::pressAction(),
+                                          QAccessibleActionInterface::toggleAction()}) {
+                const QString came = outcome(state, i, action);
+                if (came != notOffered || action == QAccessibleActionInterface::pressAction())
+                    QCOMPARE(names[i] + u' ' + came, names[i] + u' ' + wanted);
+            }
+            ++pressed;
+        }
+        QVERIFY(pressed > 0 || state == "nothing found"_L1);
+    }
+
+    void aButtonThatIsOffCannotBePressed()
+    {
+        Spoken w;
+        w.content.multiSelection()->setIsSelectionMode(true);
+        QQuickItem *button = w.item(u"deleteSelection"_s);
+        QVERIFY(isDrawn(button) && !button->isEnabled());
+        interfaceOf(button)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(!w.object(u"deleteNotesDialog"_s)->property("visible").toBool());
     }
 
     void namesAndStatesAreThereWhenAssistanceComesLate()

@@ -1,5 +1,5 @@
 #include "shell/Symbol.h"
-#include "tests/views/MainWindow.h"
+#include "tests/views/CommandedWindow.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QFETCH(AppLanguage, language);
         QFETCH(QSize, size);
         QFETCH(QString, state);
-        MainWindow w(state == u"no notes" ? NoteArray() : difficultNotes(), size, language);
+        CommandedWindow w(state == u"no notes" ? NoteArray() : difficultNotes(), size, language);
         QQuickWindow *window = w.window();
         moveTo(window, QPoint(size.width() - 100, size.height() - 10));
         const auto untilDrawn = [&](const QString &name) {
@@ -251,6 +251,22 @@ private Q_SLOTS:
         QCOMPARE(faultsIn(window->contentItem(), window->size()), QStringList());
     }
 
+    void theMenusEndBeforeTheOptions()
+    {
+        for (const auto language : allAppLanguages) {
+            CommandedWindow w(difficultNotes(), QSize(900, 560), language); // as small as it can be
+            w.content.selectRow(0);
+            pictureOf(w.window());
+            QCOMPARE(w.window()->size(), w.window()->minimumSize());
+            const QRectF row = frameOf(w.item(u"menuRow"_s));
+            const QRectF options = frameOf(w.item(u"noteOptions"_s));
+            QVERIFY2(row.right() <= options.left(), qPrintable(QDebug::toString(row)));
+            for (size_t i = 0; i < w.commands().menus().size(); ++i)
+                QVERIFY(row.contains(frameOf(w.button(int(i)))));
+            QVERIFY(row.left() >= frameOf(w.item(u"paneDragArea"_s)).left());
+        }
+    }
+
     void everyRowHasTheSameHeight()
     {
         const MainWindow w(difficultNotes());
@@ -282,6 +298,7 @@ private Q_SLOTS:
         MainWindow w(difficultNotes());
         w.content.filteredNotes()->setSearchText(search);
         const QString heading = u"x"_s.repeated(300);
+        QTRY_VERIFY(w.drawnRows().contains(heading));
         QTRY_COMPARE(w.row(heading)->property("titleMarkup").toString().isEmpty(),
                      search.isEmpty());
         pictureOf(w.window());

@@ -170,10 +170,19 @@ private Q_SLOTS:
     void aMovedNoteStaysInSight()
     {
         const List w(numbered(40));
-        for (int i = 0; i < 20; ++i)
+        const auto isIn = [&](int row) {
+            return w.store.indexOf(w.id(u"N0"_s)) == row && w.current() == u"N0"_s &&
+                   w.list()->property("currentIndex").toInt() == row;
+        };
+        for (int i = 0; i < 20; ++i) {
             press(w.window(), Qt::Key_Down, Qt::AltModifier);
-        QCOMPARE(w.store.indexOf(w.id(u"N0"_s)), 20);
-        QCOMPARE(w.current(), u"N0"_s);
+            QTRY_VERIFY(isIn(i + 1)); // as slowly as anybody presses a key
+        }
+        QTRY_VERIFY(w.seesCurrent());
+        for (int i = 20; i > 0; --i) {
+            press(w.window(), Qt::Key_Up, Qt::AltModifier);
+            QTRY_VERIFY(isIn(i - 1));
+        }
         QTRY_VERIFY(w.seesCurrent());
     }
 

@@ -30,7 +30,7 @@ const QByteArray bar = R"(
     Loader {
         objectName: "loader"
         function load(offer: DeletionUndo): void {
-            setSource("qrc:/qt/qml/Plim/MainWindow/UndoBar.qml", { deletionUndo: offer });
+            setSource("qrc:/qt/qml/Plim/MainWindow/UndoBar.qml", { offer: offer });
         }
     }
 )";

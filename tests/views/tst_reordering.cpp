@@ -1,4 +1,5 @@
 #include "mainwindow/DragOverlayManager.h"
+#include "tests/Patience.h"
 #include "tests/views/MainWindow.h"
 
 #include <QMouseEvent>
@@ -62,7 +63,7 @@ struct Drag : MainWindow {
     }
     void grab(const QString &heading)
     {
-        if (!QTest::qWaitFor([&] { return isAtRest(heading); }))
+        if (!QTest::qWaitFor([&] { return isAtRest(heading); }, longEnough))
             qFatal("%s does not come to rest", qPrintable(heading));
         place = frameOf(row(heading)).topLeft().toPoint() + QPoint(150, 30);
         isDown = true;
@@ -324,7 +325,9 @@ private Q_SLOTS:
         const int above =
             int((rest + 250 + rowHeight / 2.) / rowHeight); // rows with their middle above
         w.drop();
-        QCOMPARE(w.top(), rest);
+        // The list holds its top where it was, or the rows that are in sight, now that one above
+        // them is not there any more; which of them is the view's own affair. It goes nowhere else.
+        QVERIFY2(qAbs(w.top() - rest) < rowHeight + 1, qPrintable(QString::number(w.top())));
         // N1 itself was one of those above.
         QCOMPARE(w.store.indexOf(w.id(u"N1"_s)), above - 1);
         QCOMPARE(w.storedNotes().split(u' ')[above], u"N%1"_s.arg(above));

@@ -4,6 +4,7 @@
 #include "tests/views/Reachable.h"
 #include "tests/views/StickyNotes.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -26,7 +27,56 @@ struct Spoken : StickyNotes {
         return interfaceOf(item(name))->state();
     }
     [[nodiscard]] QStringList buttons() const { return namesIn(window(), QAccessible::Button); }
+
+    /// Goes where the window offers something else, as its user does.
+    QQuickWindow *reach(const QString &state)
+    {
+        open();
+        if (state == "capsule"_L1)
+            fold();
+        if (state != "options"_L1)
+            return window();
+        QQuickWindow *options = openOptions();
+        click(itemIn(options, u"option.sort"_s)); // all there are
+        pictureOf(options);
+        return options;
+    }
+    /// What a press can change, in words.
+    [[nodiscard]] QString told() const
+    {
+        if (!isOpen())
+            return u"closed"_s;
+        return QStringList{controller().isPinned() ? u"pinned"_s : u"loose"_s,
+                           controller().isCollapsed() ? u"collapsed"_s : u"expanded"_s,
+                           options() && options()->isVisible() ? u"options"_s : u"none"_s,
+                           note().color,
+                           QString::number(int(note().textSize)),
+                           QString::number(store.notes().size())}
+            .join(u' ');
+    }
 };
+
+const QString notOffered = u"not offered"_s;
+
+/// What comes of an action of a button of that state, by its place among them; without an action,
+/// of a click. Empty when there is no such button.
+QString outcome(const QString &state, int index, const QString &action)
+{
+    Spoken s;
+    QAccessibleInterface *node = buttonsIn(s.reach(state)).value(index);
+    if (!node)
+        return {};
+    auto *button = qobject_cast<QQuickItem *>(node->object());
+    const QString name = nameOf(node);
+    QSignalSpy clicks(button, SIGNAL(clicked()));
+    if (action.isEmpty())
+        click(button);
+    else if (node->actionInterface()->actionNames().contains(action))
+        node->actionInterface()->doAction(action);
+    else
+        return notOffered;
+    return u"%1: clicked %2, %3"_s.arg(name).arg(clicks.count()).arg(s.told());
+}
 } // namespace
 
 // A sticky window for those who cannot see it.
@@ -103,6 +153,27 @@ private Q_SLOTS:
         QVERIFY(s.state(u"sticky.pin"_s).checked);
         for (const QString &name : {u"sticky.color"_s, u"sticky.fold"_s, u"sticky.close"_s})
             QVERIFY2(!s.state(name).checkable, qPrintable(name));
+    }
+
+    void everyButtonCanBePressed_data()
+    {
+        QTest::addColumn<QString>("state");
+        for (const QString &state : {u"expanded"_s, u"capsule"_s, u"options"_s})
+            QTest::addRow("%s", qPrintable(state)) << state;
+    }
+    void everyButtonCanBePressed()
+    {
+        QFETCH(QString, state);
+        int index = 0;
+        for (QString wanted; !(wanted = outcome(state, index, {})).isEmpty(); ++index) {
+            QVERIFY2(wanted.contains("clicked 1"_L1), qPrintable(wanted));
+            QCOMPARE(outcome(state, index, QAccessibleActionInterface::pressAction()), wanted);
+            const QString toggled =
+                outcome(state, index, QAccessibleActionInterface::toggleAction());
+            if (toggled != notOffered)
+                QCOMPARE(toggled, wanted);
+        }
+        QVERIFY(index >= 4);
     }
 
     void controlsCanBePressed()

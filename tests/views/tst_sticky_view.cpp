@@ -1,6 +1,7 @@
 #include "editor/RichTextEditorCoordinator.h"
 #include "shell/HelpTip.h"
 #include "shell/L10n.h"
+#include "tests/Patience.h"
 #include "tests/page/PageFixture.h"
 #include "tests/views/StickyNotes.h"
 
@@ -58,7 +59,7 @@ struct Unpinnable : StickyNotes {
             qFatal("%s", qPrintable(component.errorString()));
         shown->show();
         shown->requestActivate();
-        if (!QTest::qWaitForWindowActive(shown.get()))
+        if (!QTest::qWaitForWindowActive(shown.get(), longEnough))
             qFatal("The sticky window does not come up");
         pictureOf(shown.get());
     }

@@ -211,6 +211,14 @@ void TestTheme::everyTextIsReadableOnItsGround_data()
                              ground(rest + " pressedFill")};
     };
     add("button", ink, button("emptyPane", "buttonFill"), textContrast);
+    add("menu's title", quiet("menuOpacity"), {ground("emptyPane")}, textContrast);
+    add("lit menu's title", quiet("litMenuOpacity"),
+        {over(quiet("hoveredMenuFill"), ground("emptyPane")),
+         over(quiet("openMenuFill"), ground("emptyPane"))},
+        textContrast);
+    add("menu", ink, {ground("sheet"), ground("sheet menuHover")}, textContrast);
+    add("symbol in a menu", color("menuSymbolInk"), {ground("sheet"), ground("sheet menuHover")},
+        controlContrast);
     add("delete", color("destructive"), button("emptyPane", "buttonFill"), textContrast);
     add("delete permanently", ink, button({}, "destructiveFill"), textContrast);
     add("insert", ink, button({}, "confirmFill"), textContrast);
@@ -255,6 +263,11 @@ void TestTheme::everyTextIsReadableOnItsGround_data()
             {over(color("toolHoverFill"), paper)}, controlContrast);
         add("lit tool " + on, faded(tool, number("litToolOpacity")),
             {over(color("litFill"), paper)}, controlContrast);
+        add("menu's title " + on, faded(tool, number("menuOpacity")), {paper}, textContrast);
+        add("lit menu's title " + on, faded(tool, number("litMenuOpacity")),
+            {over(faded(tool, number("hoveredMenuFill")), paper),
+             over(faded(tool, number("openMenuFill")), paper)},
+            textContrast);
         add("focus ring of a tool " + on, color("toolRing"), {paper}, controlContrast);
     }
 }
