@@ -6,8 +6,10 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QSettings>
 #include <QTimer>
+#include <QWindow>
 
 #include <chrono>
 #include <utility>
@@ -18,6 +20,25 @@ namespace
 {
 constexpr auto shortestWait = 150ms;
 constexpr auto longestWait = 2s;
+
+/// Asks one window after the other to close; false as soon as one refuses.
+bool closeWindows()
+{
+    QWindowList asked;
+    const auto next = [&asked] {
+        for (QWindow *window : QGuiApplication::topLevelWindows()) { // each may take others along
+            if (window->isVisible() && !asked.contains(window))
+                return window;
+        }
+        return static_cast<QWindow *>(nullptr);
+    };
+    while (QWindow *window = next()) {
+        asked << window;
+        if (!window->close())
+            return false;
+    }
+    return true;
+}
 } // namespace
 
 AppDelegate::AppDelegate(StickyNoteManager &stickyNotes, QObject *parent)
@@ -66,7 +87,8 @@ void AppDelegate::collectTexts()
         isLongEnough = true;
         leaveWhenDone();
     });
-    QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop, &QEventLoop::quit); // a coarse one may be late
+    QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop,
+                       &QEventLoop::quit); // a coarse one may be late
     loop.exec();
 }
 
@@ -81,5 +103,10 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
     prepareForTermination();
     m_isQuitPending = false; // this request is followed now, and it stands for the later ones
     m_goOn.start();
+    // An application with menus goes on to its end without asking windows that are no widgets.
+    if (!closeWindows()) {
+        event->ignore();
+        return true;
+    }
     return false;
 }

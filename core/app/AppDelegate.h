@@ -21,11 +21,16 @@ public:
     /// most. Never refuses. Whoever asks to quit meanwhile is heard afterwards.
     void applicationShouldTerminate();
 
+    /// Has the editors hand over what they have not reported yet. Runs the event loop, as above.
+    void collectTexts();
+
+    /// The end has begun, and may still be refused.
+    [[nodiscard]] bool isTerminating() const { return m_isTerminating || m_goOn.isActive(); }
+
     [[nodiscard]] bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void prepareForTermination();
-    void collectTexts();
 
     StickyNoteManager &m_stickyNotes;
     QTimer m_goOn; ///< still runs when nothing came of a quit

@@ -1,10 +1,11 @@
 #include "core/app/Platform.h"
 
+#include "core/app/WindowSystem.h"
+
 #include <QCoreApplication>
-#include <QDir>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQuickWindow>
-#include <QtWebEngineQuick/qtwebenginequickglobal.h>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -16,7 +17,8 @@ Q_LOGGING_CATEGORY(platformLog, "plim.platform")
 
 namespace
 {
-// One process draws all editors: with twenty of them that is a quarter less memory and half the time.
+// One process draws all editors: with twenty of them that is a quarter less memory and half the
+// time.
 void limitRenderers()
 {
     QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
@@ -36,63 +38,47 @@ void allowRoot()
 #endif
 }
 
+bool isDrawnByProcessor()
+{
+    return QQuickWindow::sceneGraphBackend() == "software"_L1;
+}
+
+// What the web engine draws reaches the window through the card's memory. It is loaded long after
+// this can be settled.
+void shareContexts()
+{
+    if (!isDrawnByProcessor())
+        QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+}
+
 QtMessageHandler usualHandler = nullptr;
 
-// Qt 6.4's web engine module warns of three of its own types at every start. Nobody here uses them,
-// and a warning that is always there hides the one that matters.
+// What Qt 6.4's web engine warns of at every start: three of its own types, which nobody here uses,
+// and a graphics card that is missing where the processor draws anyway. A warning that is always there
+// hides the one that matters.
+bool isNoise(const QString &text)
+{
+    return (text.startsWith("QWebEngine"_L1) &&
+            text.endsWith("You should not use it as a QML type."_L1)) ||
+           (text.startsWith("No suitable graphics backend found"_L1) && isDrawnByProcessor());
+}
+
 void passOnAllButNoise(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (type == QtWarningMsg && text.startsWith("QWebEngine"_L1) && text.endsWith("You should not use it as a QML type."_L1))
-        return;
-    usualHandler(type, context, text);
-}
-
-// Only for this program: what it opens, a browser, say, makes its own choice.
-void choosePlatform()
-{
-    const QByteArray platforms = wantedPlatforms(QProcessEnvironment::systemEnvironment());
-    if (platforms.isEmpty())
-        return;
-    qputenv("QT_QPA_PLATFORM", platforms);
-    qAddPreRoutine([] { qunsetenv("QT_QPA_PLATFORM"); }); // Qt has read it by then
-}
-
-bool hasGraphicsCard()
-{
-#ifdef Q_OS_LINUX
-    return !QDir(u"/dev/dri"_s).entryList({u"renderD*"_s}, QDir::System).isEmpty();
-#else
-    return true;
-#endif
+    if (type != QtWarningMsg || !isNoise(text))
+        usualHandler(type, context, text);
 }
 } // namespace
-
-// Wayland lets no program place its windows or bring them to the front, which sticky notes live by.
-// The X server that most such sessions have as well does.
-QByteArray wantedPlatforms(const QProcessEnvironment &environment)
-{
-    const auto has = [&environment](const QString &name) {
-        return !environment.value(name).isEmpty();
-    };
-    if (has(u"QT_QPA_PLATFORM"_s) || !has(u"WAYLAND_DISPLAY"_s) || !has(u"DISPLAY"_s))
-        return {};
-    return "xcb;wayland";
-}
 
 void preparePlatform()
 {
     QCoreApplication::setOrganizationName(u"Plim"_s);
     QCoreApplication::setApplicationName(u"Plim"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(PLIM_VERSION));
+    QGuiApplication::setDesktopFileName(u"org.plim.Plim"_s);
     usualHandler = qInstallMessageHandler(passOnAllButNoise);
     limitRenderers();
     allowRoot();
-    choosePlatform();
-    // Many small windows cost less with one thread than with one each; without a card the
-    // processor draws them sooner by itself than by standing in for a card.
-    if (!qEnvironmentVariableIsSet("QSG_RENDER_LOOP"))
-        qputenv("QSG_RENDER_LOOP", "basic");
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsCard())
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QtWebEngineQuick::initialize();
+    prepareWindowSystem();
+    shareContexts();
 }

@@ -56,7 +56,8 @@ private Q_SLOTS:
         const ThrowAwayHome home;
         const Answer answer = ask(home, arguments);
         QCOMPARE(answer.code, 0);
-        for (const QString &part : {u"plim [options]"_s, u"--help"_s, u"--version"_s})
+        for (const QString &part : {u"plim [options]"_s, u"--help"_s, u"--version"_s, u"--new-note"_s,
+                                    u"--toggle-window"_s, u"--quit"_s, u"--hidden"_s})
             QVERIFY2(answer.output.contains(part), qPrintable(answer.output));
         QVERIFY2(!answer.output.contains(u"--session"_s), qPrintable(answer.output));
         QCOMPARE(answer.error, QString());
@@ -75,6 +76,7 @@ private Q_SLOTS:
         QTest::newRow("a stray argument behind an option")
             << QStringList{u"--version"_s, u"now"_s} << u"'now'"_s;
         QTest::newRow("a value too much") << QStringList{u"--version=2"_s} << u"version"_s;
+        QTest::newRow("two orders") << QStringList{u"--quit"_s, u"--new-note"_s} << u"'new-note'"_s;
         QTest::newRow("a value missing") << QStringList{u"-session"_s} << u"session"_s;
     }
     void whatIsNotUnderstood()
@@ -99,6 +101,26 @@ private Q_SLOTS:
             QVERIFY(ask(home, {argument}).code >= 0);
         QVERIFY(!QFile::exists(home.data()));
         QVERIFY(QDir(home.documents()).isEmpty());
+    }
+
+    void thereIsNothingToQuit()
+    {
+        const ThrowAwayHome home;
+        const Answer answer = ask(home, {u"--quit"_s});
+        QCOMPARE(answer.code, 0);
+        QCOMPARE(answer.output + answer.error, QString());
+        QVERIFY(!QFile::exists(home.data()));
+    }
+
+    // A lock file without a lock is what every earlier run leaves behind.
+    void nobodyHoldsAnOldLockFile()
+    {
+        const ThrowAwayHome home;
+        QVERIFY(QDir().mkpath(home.data()));
+        QFile file(home.data() + u"/notes.json.lock"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(ask(home, {u"--quit"_s}).code, 0);
+        QCOMPARE(QDir(home.data()).entryList(QDir::Files), QStringList{u"notes.json.lock"_s});
     }
 
     // In the toolkit's own words. It goes on to open a window, for which there is no display here.

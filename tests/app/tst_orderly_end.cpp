@@ -4,6 +4,7 @@
 #include "core/app/QuitSignals.h"
 #include "editor/EditorFlush.h"
 #include "mainwindow/ContentController.h"
+#include "tests/Patience.h"
 #include "tests/mainwindow/NoteListFixture.h"
 #include "tests/sticky/FakeStickyWindow.h"
 
@@ -180,7 +181,7 @@ private Q_SLOTS:
         QVERIFY(!application.stickyNotes.isTerminating());
         application.stickyNotes.disconnect(this);
         window.close();
-        QVERIFY(written.wait());
+        QVERIFY(written.wait(longEnough));
         QVERIFY(StickyNoteManager::loadLayout().isEmpty());
     }
 
@@ -194,7 +195,7 @@ private Q_SLOTS:
         QVERIFY(!application.stickyNotes.isTerminating());
         QSignalSpy written(&application.stickyNotes, &StickyNoteManager::layoutSaved);
         window.close();
-        QVERIFY(written.wait());
+        QVERIFY(written.wait(longEnough));
         QVERIFY(StickyNoteManager::loadLayout().isEmpty());
     }
 };

@@ -1,10 +1,10 @@
-#include "core/app/Platform.h"
+#include "core/app/WindowSystem.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class TestPlatform : public QObject
+class TestWindowSystem : public QObject
 {
     Q_OBJECT
 
@@ -38,5 +38,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPlatform)
-#include "tst_platform.moc"
+QTEST_GUILESS_MAIN(TestWindowSystem)
+#include "tst_window_system.moc"
