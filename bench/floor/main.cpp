@@ -4,6 +4,7 @@
 #include "core/app/Platform.h"
 
 #include <QGuiApplication>
+#include <QtWebEngineQuick/qtwebenginequickglobal.h>
 #include <QQmlApplicationEngine>
 
 #include <cstdlib>
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 int main(int argc, char **argv)
 {
     preparePlatform();
+    QtWebEngineQuick::initialize(); // the floor's is there from the beginning
     QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
     bool isNumber = true;

@@ -1,23 +1,12 @@
 """scripts/measure calls this, from the top of the tree and on a display of its own."""
 
 import argparse
-import glob
-import os
 import sys
 
 import measurements
 from failure import Failure
 from figures import Table
-
-
-def describe_machine():
-    with open("/proc/meminfo", encoding="ascii") as file:
-        memory = int(file.readline().split()[1]) / 1024 / 1024
-    card = "a" if glob.glob("/dev/dri/renderD*") else "no"
-    print(
-        f"{os.cpu_count()} cores, {memory:.0f} GB, {card} graphics card; "
-        f"load {os.getloadavg()[0]:.1f} before the first run. Medians (least – greatest)."
-    )
+from machine import description
 
 
 def measure(measurement, rounds):
@@ -39,7 +28,7 @@ def main():
     if arguments.rounds < 1:
         parser.error("at least one round")
 
-    describe_machine()
+    print(f"{description()}. Medians (least – greatest).")
     failed = False
     for name in arguments.what or every:
         try:

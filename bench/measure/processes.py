@@ -10,8 +10,9 @@ import time
 from failure import Failure
 
 PATIENCE = 30  # seconds
+LONG_PATIENCE = 240  # for a program that measures by itself
 STEP = 0.02  # seconds between two looks at a condition
-TELLING = r"plim|page|qrc:|.*([Ee]rror|[Ww]arning)"
+TELLING = r"plim|bench|page|qrc:|.*([Ee]rror|[Ww]arning)"
 PARENT, USER_TIME, SYSTEM_TIME = 1, 11, 12  # places in /proc/<id>/stat after the name
 SETTLED = 0.5  # MB that memory may differ between looks a second apart
 
@@ -82,9 +83,12 @@ class Process:
     def end_of_input(self):
         self._process.stdin.close()
 
-    def wait(self):
+    def last_line(self):
+        return self._lines[-1][1] if self._lines else ""
+
+    def wait(self, patience=PATIENCE):
         try:
-            self._process.wait(PATIENCE)
+            self._process.wait(patience)
         except subprocess.TimeoutExpired:
             raise Failure(f"{self.name} does not end") from None
         self._reader.join()
@@ -120,14 +124,50 @@ class Process:
         return ticks / os.sysconf("SC_CLK_TCK")
 
     def _memory(self):
-        total = 0
+        """As though nobody else on the machine used the same libraries: of each part of a file what
+        the process has in memory that has the most of it, of all else each process's share."""
+        shares, files = 0, {}
         for process in self._family():
             try:
                 with open(f"/proc/{process}/smaps_rollup", encoding="ascii") as file:
-                    total += sum(int(line.split()[1]) for line in file if line.startswith("Pss:"))
+                    rollup = file.read()
+                with open(f"/proc/{process}/smaps", encoding="utf-8", errors="replace") as file:
+                    parts = file_parts(file)
             except (FileNotFoundError, ProcessLookupError):
-                pass  # it has ended meanwhile
-        return total / 1024
+                continue  # it has ended meanwhile
+            shares += sum(map(int, re.findall(r"^Pss_(?:Anon|Shmem): +(\d+)", rollup, re.M)))
+            for part, size in parts.items():
+                files[part] = max(size, files.get(part, 0))
+        return (shares + sum(files.values())) / 1024
+
+    def idle(self, seconds):
+        """What all processes do while nobody asks anything of them: seconds of the processors, bytes
+        that go to the disk, and how often each thread of the program itself went to sleep."""
+        before = self.processor_time(), self._written(), self._sleeps()
+        time.sleep(seconds)
+        after = self.processor_time(), self._written(), self._sleeps()
+        sleeps = {
+            thread: (name, count - before[2].get(thread, (name, 0))[1])
+            for thread, (name, count) in after[2].items()
+        }
+        return after[0] - before[0], after[1] - before[1], sleeps
+
+    def _written(self):
+        total = 0
+        for process in self._family():
+            with open(f"/proc/{process}/io", encoding="ascii") as file:
+                total += int(re.search(r"^write_bytes: (\d+)", file.read(), re.M)[1])
+        return total
+
+    def _sleeps(self):
+        """Of the program's own threads: each ends a wait for a timer or for news with one more."""
+        threads = {}
+        for thread in map(int, os.listdir(f"/proc/{self.id}/task")):
+            with open(f"/proc/{self.id}/task/{thread}/status", encoding="utf-8") as file:
+                status = file.read()
+            name = re.search(r"^Name:\t(.*)", status)[1]
+            threads[thread] = (name, int(re.search(r"^voluntary_\w+:\t(\d+)", status, re.M)[1]))
+        return threads
 
     def _family(self):
         processes = _all_processes()
@@ -138,6 +178,23 @@ class Process:
         for process in family:
             family += children.get(process, [])
         return {process: processes[process] for process in family if process in processes}
+
+
+def file_parts(smaps):
+    """KB in memory of each part of a file, as a smaps has it, without what is the process's own."""
+    parts, key = {}, None
+    for line in smaps:
+        fields = line.split(None, 5)
+        if not fields[0].endswith(":"):
+            _, _, offset, _, inode, *path = fields
+            key = (path[0].strip(), offset) if inode != "0" and path else None
+            if key and path[0].startswith(("/memfd:", "/dev/shm", "/SYSV")):
+                key = None
+        elif key and fields[0] == "Rss:":
+            parts[key] = parts.get(key, 0) + int(fields[1])
+        elif key and fields[0] == "Anonymous:":
+            parts[key] -= int(fields[1])
+    return parts
 
 
 def _all_processes():

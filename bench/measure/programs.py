@@ -1,6 +1,7 @@
 """The two programs that are compared, each in a home that is thrown away, and the probe."""
 
 import contextlib
+import functools
 import json
 import os
 import re
@@ -8,12 +9,16 @@ import subprocess
 import tempfile
 
 from failure import Failure
-from processes import Process, wait_until
+from processes import LONG_PATIENCE, Process, wait_until
 
 BUILD = "build/release"
 SCREEN_HEIGHT = 1500  # of the display that scripts/measure opens
 WIDTH, HEIGHT, STEP, COLUMNS = 300, 340, 8, 6  # of the windows, as the floor has them
 MAIN_TITLE = "Plim"
+SPEAKING = {
+    "QT_FORCE_STDERR_LOGGING": "1",
+    "QT_LOGGING_RULES": "plim.start.debug=true;plim.editor.debug=true;plim.sticky.debug=true",
+}
 
 
 def run(*command):
@@ -52,6 +57,27 @@ def type_into(window, key):
         f"the window {window} does not take the keyboard",
     )
     run("xdotool", "key", key)
+
+
+class Bare:
+    """One window with nothing in it, and without the web engine."""
+
+    def __init__(self, process):
+        self.process = process
+
+    @classmethod
+    @contextlib.contextmanager
+    def started(cls):
+        with _process([f"{BUILD}/bench/bare/plim_bare"], SPEAKING) as process:
+            yield cls(process)
+
+    def wait_until_usable(self):
+        return wait_until_usable(self.process)
+
+
+def wait_until_usable(process):
+    """Seconds until the window is drawn, has the keyboard and is attended to."""
+    return process.wait_for_lines(1, r"^plim\.start: usable", lambda _: "no window can be used")
 
 
 class Floor:
@@ -101,16 +127,13 @@ class Plim:
 
     @classmethod
     @contextlib.contextmanager
-    def started(cls, stickies, notes=20):
+    def started(cls, stickies, notes=20, size=0, arguments=()):
+        """On so many notes, each of at least that many characters."""
         with tempfile.TemporaryDirectory(prefix="plim-measure.") as home:
-            _write(cls.notes_file(home), json.dumps([_note(i) for i in range(notes)]))
+            _write(cls.notes_file(home), _notes(notes, size))
             _write(f"{home}/.config/Plim/Plim.conf", _settings(stickies))
             os.makedirs(f"{home}/Documents")
-            environment = {
-                "QT_FORCE_STDERR_LOGGING": "1",
-                "QT_LOGGING_RULES": "plim.editor.debug=true;plim.sticky.debug=true",
-            }
-            with _process([f"{BUILD}/plim"], environment, home) as process:
+            with _process([f"{BUILD}/plim", *arguments], SPEAKING, home) as process:
                 yield cls(process, home, stickies)
 
     @staticmethod
@@ -123,6 +146,10 @@ class Plim:
             lambda: next((w for w, title in windows_of(self.process) if title == MAIN_TITLE), None),
             lambda: f"Plim shows no main window\n{self.process.log()}",
         )
+
+    def wait_until_usable(self):
+        """Seconds until the list can be searched and clicked."""
+        return wait_until_usable(self.process)
 
     def wait_until_ready(self):
         """Seconds until every sticky is on the screen and its page has its content and its caret."""
@@ -194,6 +221,17 @@ class Probe:
         return {name: float(value) for name, value in zip(words, words[1:]) if _is_number(value)}
 
 
+class Inside:
+    """What is measured within the program; it prints one line of JSON."""
+
+    @staticmethod
+    def run(*arguments):
+        with _process([f"{BUILD}/bench/bench_figures", *map(str, arguments)]) as process:
+            if process.wait(LONG_PATIENCE) != 0:
+                raise Failure(process.log())
+            return json.loads(process.last_line())
+
+
 def _is_number(text):
     return re.fullmatch(r"[\d.]+", text) is not None
 
@@ -203,9 +241,10 @@ def _note_id(index):
 
 
 # Without the letter that the check types.
-def _note(index):
+def _note(index, size=0):
     items = "".join(f"<li>item {i} of the list</li>" for i in range(4))
     words = "<p>A few words, <b>some of them</b> bold.</p>"
+    words *= max(1, size // len(words))
     return {
         "id": _note_id(index),
         "title": "",
@@ -216,6 +255,14 @@ def _note(index):
         "createdAt": 800000000.5 + index,
         "updatedAt": 800000000.5 + index,
     }
+
+
+@functools.cache
+def _notes(count, size):
+    """As Plim writes them: read in another form they take longer, and only once."""
+    notes = [_note(i, size) for i in range(count)]
+    text = json.dumps(notes, sort_keys=True, separators=(",", ":"), ensure_ascii=False)
+    return text.replace("/", "\\/")
 
 
 def _settings(stickies):

@@ -114,11 +114,12 @@ std::optional<double> caretAppearance(const std::vector<Frame> &frames, double s
         return contrast(a.picture, box) < contrast(b.picture, box);
     };
     const auto [off, on] = std::ranges::minmax_element(last, byContrast);
+    const Picture &caret = on->picture;
     // Its surroundings have to be there, too: a dark window that is still empty shows no caret.
     const Box wide = box.widenedIn(final);
-    const long tolerance = distance(off->picture, on->picture, wide) / 4;
+    const long tolerance = distance(off->picture, caret, wide) / 4;
     const auto shown = std::ranges::find_if(frames, [&](const Frame &frame) {
-        return isOfSize(frame, final) && distance(frame.picture, on->picture, wide) <= tolerance;
+        return isOfSize(frame, final) && distance(frame.picture, caret, wide) <= tolerance;
     });
     return shown == frames.end() ? std::nullopt : std::optional(shown->seconds);
 }

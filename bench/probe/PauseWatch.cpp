@@ -1,6 +1,7 @@
 #include "bench/probe/PauseWatch.h"
 
 #include "bench/probe/Clock.h"
+#include "bench/probe/ProcessorTime.h"
 #include "bench/probe/XDisplay.h"
 
 #include <poll.h>
@@ -112,9 +113,11 @@ bool watchPauses(std::uint32_t processId, const std::string &title)
     Pings pings(display, window);
     const int descriptor = xcb_get_file_descriptor(display.connection());
     double longest = 0;
+    double longestOwn = 0;
     int answers = 0;
     bool isEnding = false;
     while (!isEnding) {
+        const ProcessorTime before = ProcessorTime::of(processId);
         const double sent = secondsNow();
         pings.send();
         bool isAnswered = false;
@@ -124,11 +127,17 @@ bool watchPauses(std::uint32_t processId, const std::string &title)
             isEnding = isToldToEnd(0);
         }
         // The last question may be open still: that is how long it has been, at the least.
-        longest = std::max(longest, secondsNow() - sent);
+        const double pause = secondsNow() - sent;
+        longest = std::max(longest, pause);
+        longestOwn = std::max(longestOwn, ownPause(pause, before, ProcessorTime::of(processId)));
         answers += isAnswered;
+        if (isAnswered && answers == 1) {
+            std::printf("answered %.4f\n", secondsNow());
+            std::fflush(stdout);
+        }
         isEnding = isEnding || isToldToEnd(pingInterval);
     }
-    std::printf("longest %.4f answers %d\n", longest, answers);
+    std::printf("longest %.4f own %.4f answers %d\n", longest, longestOwn, answers);
     if (answers == 0)
         std::fputs("plim_probe: the window has never answered\n", stderr);
     return answers > 0;

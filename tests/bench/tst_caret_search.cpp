@@ -13,14 +13,14 @@ constexpr std::uint32_t ink = 0x1c1c1e;
 
 Picture filled(std::uint32_t colour)
 {
-    return {width, height, std::vector<std::uint32_t>(width * height, colour)};
+    return {width, height, std::vector<std::uint32_t>(std::size_t(width) * height, colour)};
 }
 
 Picture with(Picture picture, const QRect &box, std::uint32_t colour)
 {
     for (int y = box.top(); y <= box.bottom(); ++y) {
         for (int x = box.left(); x <= box.right(); ++x)
-            picture.pixels[std::size_t(y * picture.width + x)] = colour;
+            picture.pixels[std::size_t(y) * picture.width + x] = colour;
     }
     return picture;
 }
