@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <csignal>
 
+#include <sys/prctl.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -33,6 +35,26 @@ PlimRun::~PlimRun()
     m_process.waitForFinished();
 }
 
+QProcessEnvironment PlimRun::environment(const ThrowAwayHome &home, const QString &display)
+{
+    auto environment = home.environment();
+    environment.insert(u"DISPLAY"_s, display);
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    environment.insert(u"QT_MESSAGE_PATTERN"_s, u"%{type}: %{category}: %{message}"_s);
+    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true;plim.sticky.debug=true"_s);
+    return environment;
+}
+
+void PlimRun::endWithTest(QProcess &process)
+{
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
+QString PlimRun::program()
+{
+    return QStringLiteral(PLIM_PROGRAM);
+}
+
 bool PlimRun::open(const QString &display)
 {
     m_display = display.isEmpty() ? qEnvironmentVariable("DISPLAY") : display;
@@ -41,14 +63,12 @@ bool PlimRun::open(const QString &display)
         return false;
     }
     m_said.clear();
-    auto environment = m_home.environment();
-    environment.insert(u"DISPLAY"_s, m_display);
-    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    environment.insert(u"QT_MESSAGE_PATTERN"_s, u"%{type}: %{category}: %{message}"_s);
-    environment.insert(u"QT_LOGGING_RULES"_s, u"plim.editor.debug=true;plim.sticky.debug=true"_s);
-    m_process.setProcessEnvironment(environment);
+    QProcessEnvironment all = environment(m_home, m_display);
+    all.insert(m_variables);
+    m_process.setProcessEnvironment(all);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(QStringLiteral(PLIM_PROGRAM), QStringList());
+    endWithTest(m_process);
+    m_process.start(program(), m_arguments);
     if (!m_process.waitForStarted(patience))
         return false;
     qputenv("DISPLAY", m_display.toUtf8());
@@ -60,8 +80,7 @@ bool PlimRun::open(const QString &display)
     }
     if (!display.isEmpty()) // elsewhere there may be no window manager to ask
         return true;
-    mainWindow().activate();
-    return QTest::qWaitFor([this] { return mainWindow().isActive(); }, patience);
+    return mainWindow().waitUntilActive();
 }
 
 bool PlimRun::addNote()
@@ -86,8 +105,10 @@ bool PlimRun::openSticky(int row, const QString &noteID)
     const auto stickyCount = stickies().size();
     point(rowCentre(row));
     click(stickyButton(row));
-    return waitUntilSaid(shown, int(count) + 1) && stickies().size() == stickyCount + 1
-           && QTest::qWaitFor([this] { return stickies().constLast().isActive(); }, patience);
+    const auto isOpen = [&] {
+        return stickies().size() == stickyCount + 1 && stickies().constLast().isActive();
+    };
+    return waitUntilSaid(shown, int(count) + 1) && QTest::qWaitFor(isOpen, patience);
 }
 
 void PlimRun::click(QPoint position) const
@@ -108,6 +129,11 @@ void PlimRun::point(QPoint position) const
 void PlimRun::drag(QPoint from, QPoint to) const
 {
     mainWindow().drag(from, to);
+}
+
+void PlimRun::pull(QPoint from, QPoint to) const
+{
+    mainWindow().pull(from, to);
 }
 
 QRect PlimRun::geometry() const
@@ -154,6 +180,17 @@ std::optional<WindowOnScreen> PlimRun::optionsOf(const WindowOnScreen &window) c
     return std::nullopt;
 }
 
+std::optional<WindowOnScreen> PlimRun::menu() const
+{
+    const xcb_window_t main = mainWindow().id();
+    for (const xcb_window_t window : m_server->visibleWindows()) {
+        if (m_server->property(window, "WM_TRANSIENT_FOR").value(0) == main &&
+            m_server->names(window, "_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_NORMAL"))
+            return WindowOnScreen(*m_server, window);
+    }
+    return std::nullopt;
+}
+
 bool PlimRun::showsHelpTip() const
 {
     const QList<xcb_window_t> onScreen = windows();
@@ -179,8 +216,8 @@ int PlimRun::exitCode()
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
-// The renderer is the process below the two that the engine keeps ready to become one.
-qint64 PlimRun::rendererId() const
+// The renderers are the processes below the two that the engine keeps ready to become one.
+QList<qint64> PlimRun::rendererIds() const
 {
     QHash<qint64, qint64> parents;
     const QStringList lines = XTools::run(u"ps"_s, {u"-C"_s, u"QtWebEngineProcess"_s, u"-o"_s, u"pid=,ppid="_s}).split(u'\n');
@@ -188,11 +225,12 @@ qint64 PlimRun::rendererId() const
         const QStringList ids = line.simplified().split(u' ');
         parents.insert(ids.value(0).toLongLong(), ids.value(1).toLongLong());
     }
+    QList<qint64> renderers;
     for (auto process = parents.cbegin(); process != parents.cend(); ++process) {
         if (parents.value(process.value()) == processId())
-            return process.key();
+            renderers << process.key();
     }
-    return 0;
+    return renderers;
 }
 
 QString PlimRun::said()

@@ -19,9 +19,20 @@ class PlimRun
 {
 public:
     /// A home may outlive several runs.
-    explicit PlimRun(const ThrowAwayHome &home) : m_home(home) {}
+    explicit PlimRun(const ThrowAwayHome &home, const QStringList &arguments = {})
+        : m_home(home), m_arguments(arguments)
+    {
+    }
     ~PlimRun();
 
+    /// In which the program runs in that home, for a run that the test itself starts.
+    [[nodiscard]] static QProcessEnvironment environment(const ThrowAwayHome &home, const QString &display);
+    [[nodiscard]] static QString program();
+    /// Before it starts: a test that crashes leaves no window behind, which would lie in the next one's way.
+    static void endWithTest(QProcess &process);
+
+    /// Of the environment in which the program will be started.
+    void setVariable(const QString &name, const QString &value) { m_variables.insert(name, value); }
     /// Starts the program and waits until its main window can be seen. On another display when one is given.
     [[nodiscard]] bool open(const QString &display = {});
     /// Clicks "New note" and waits until the editor has it.
@@ -37,6 +48,8 @@ public:
     void point(QPoint position) const;
     /// Presses the left button at one place and lets go at another.
     void drag(QPoint from, QPoint to) const;
+    /// The same where the window itself follows.
+    void pull(QPoint from, QPoint to) const;
     /// On the screen, in pixels.
     [[nodiscard]] QRect geometry() const;
     void type(const QString &text) const { XTools::type(text); }
@@ -49,6 +62,8 @@ public:
     [[nodiscard]] QList<StickyOnScreen> stickies() const;
     /// The options of that window, while they are open.
     [[nodiscard]] std::optional<WindowOnScreen> optionsOf(const WindowOnScreen &window) const;
+    /// The main window's menu that is open; the outer one, when there is one in it.
+    [[nodiscard]] std::optional<WindowOnScreen> menu() const;
     [[nodiscard]] bool showsHelpTip() const;
 
     void sendSignal(int signal) const;
@@ -59,7 +74,8 @@ public:
     [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
     [[nodiscard]] qint64 processId() const { return m_process.processId(); }
     /// Process id of the web engine's renderer, or 0.
-    [[nodiscard]] qint64 rendererId() const;
+    [[nodiscard]] qint64 rendererId() const { return rendererIds().value(0); }
+    [[nodiscard]] QList<qint64> rendererIds() const; ///< of all of them
 
     /// Everything said so far, each line with its kind in front: "warning: …".
     [[nodiscard]] QString said();
@@ -74,6 +90,8 @@ private:
     [[nodiscard]] QList<xcb_window_t> windows() const;
 
     const ThrowAwayHome &m_home;
+    QStringList m_arguments;
+    QProcessEnvironment m_variables;
     QProcess m_process;
     std::unique_ptr<XWitness> m_server;
     QString m_display;

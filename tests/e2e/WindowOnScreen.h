@@ -30,9 +30,15 @@ public:
     void point(QPoint place) const;
     /// Presses the left button at one place and lets go at another.
     void drag(QPoint from, QPoint to) const;
+    /// The same for a place by which the window itself is moved or resized: goes on as soon as the
+    /// window follows. The window manager takes hold of it a moment after the program has asked it
+    /// to, and what the pointer does before is lost.
+    void pull(QPoint from, QPoint to) const;
 
     // What is asked of the window manager
     void activate() const;
+    /// Asks until the window has the keyboard; false when it does not get it.
+    [[nodiscard]] bool waitUntilActive() const;
     void close() const;
 
     [[nodiscard]] bool operator==(const WindowOnScreen &other) const

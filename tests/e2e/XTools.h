@@ -1,12 +1,14 @@
 #pragma once
 
+#include "tests/Patience.h"
+
 #include <QString>
 #include <QStringList>
 
 /// The programs by which a user's hands are played, on the display that the environment names.
 namespace XTools
 {
-inline constexpr int patience = 30'000; ///< ms, for whatever the program takes to do something
+inline constexpr int patience = longEnough; ///< ms, for whatever the program takes to do something
 
 /// What the program says before it ends.
 QString run(const QString &program, const QStringList &arguments);

@@ -1,3 +1,4 @@
+#include "tests/Patience.h"
 #include "tests/e2e/PlimRun.h"
 #include "tests/e2e/StoredLayout.h"
 #include "tests/e2e/StoredNotes.h"
@@ -123,23 +124,23 @@ void TestEndToEndStickies::theCardIsMovedAndResized()
         const QSize size = sticky.geometry().size() - QSize(1, 1);
         const QPoint from(size.width() * grip.x() / 100, size.height() * grip.y() / 100);
         wanted = sticky.geometry() + growth;
-        sticky.drag(from, from + way);
+        sticky.pull(from, from + way);
         QTRY_VERIFY2(isAbout(sticky.geometry(), wanted), edge);
         QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     }
 
     wanted.translate(-300, -150);
-    sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(-300, -150));
+    sticky.pull(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(-300, -150));
     QTRY_VERIFY(isAbout(sticky.geometry(), wanted));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
 
     // As small as it gets; then there is its title to move it by.
     const QPoint corner(sticky.geometry().width() - 1, sticky.geometry().height() - 1);
     const QPoint upperLeft = sticky.geometry().topLeft();
-    sticky.drag(corner, QPoint(20, 10));
+    sticky.pull(corner, QPoint(20, 10));
     QTRY_COMPARE(sticky.geometry(), QRect(upperLeft, QSize(260, 52)));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
-    sticky.drag(QPoint(24, 26), QPoint(424, 226));
+    sticky.pull(QPoint(24, 26), QPoint(424, 226));
     QTRY_VERIFY(isAbout(sticky.geometry(), QRect(upperLeft + QPoint(400, 200), QSize(260, 52))));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     QCOMPARE(plim.warnings().join(u'\n'), QString());
@@ -154,7 +155,7 @@ void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
     QVERIFY(plim.openSticky(0, storedID(0)));
     const StickyOnScreen sticky = plim.stickies().constFirst();
     const QPoint rightEdge(299, 170);
-    sticky.drag(rightEdge, rightEdge + QPoint(80, 0));
+    sticky.pull(rightEdge, rightEdge + QPoint(80, 0));
     QTRY_VERIFY(sticky.geometry().width() > 340);
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     const QRect expanded = sticky.geometry();
@@ -189,16 +190,16 @@ void TestEndToEndStickies::theCardIsCollapsedAndExpanded()
     plim.press({u"ctrl+m"_s});
     QTRY_COMPARE(sticky.geometry(), capsule);
     const QPoint bottom(150, 55);
-    sticky.drag(bottom, bottom + QPoint(0, 200));
+    sticky.pull(bottom, bottom + QPoint(0, 200));
     QTRY_VERIFY(sticky.geometry().height() > 220);
     QTRY_VERIFY(sticky.showsText());
     plim.type(u"pulled open"_s);
     QTRY_VERIFY(plim.bodyOnDisk().contains(u"pulled open"));
     const QPoint newBottom(150, sticky.geometry().height() - 1);
-    sticky.drag(newBottom, QPoint(150, 10));
+    sticky.pull(newBottom, QPoint(150, 10));
     QTRY_COMPARE(sticky.geometry().height(), 52);
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
-    sticky.drag(QPoint(150, 51), QPoint(150, 251));
+    sticky.pull(QPoint(150, 51), QPoint(150, 251));
     QTRY_VERIFY(sticky.showsText());
     plim.type(u"and again"_s);
     QTRY_VERIFY(plim.bodyOnDisk().contains(u"and again"));
@@ -227,14 +228,15 @@ void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
 
     const auto pinBy = [&](const std::function<void()> &gesture, bool isPinned) {
         sticky.activate();
-        if (!QTest::qWaitFor([&] { return sticky.isActive() && !isCovered(); }))
+        if (!QTest::qWaitFor([&] { return sticky.isActive() && !isCovered(); }, longEnough))
             return false;
         gesture();
-        if (!QTest::qWaitFor([&] { return sticky.hasState("_NET_WM_STATE_ABOVE") == isPinned; }))
+        if (!QTest::qWaitFor([&] { return sticky.hasState("_NET_WM_STATE_ABOVE") == isPinned; },
+                             longEnough))
             return false;
         other.activate();
-        return QTest::qWaitFor([&] { return other.isActive(); }) &&
-               QTest::qWaitFor([&] { return isCovered() != isPinned; });
+        return QTest::qWaitFor([&] { return other.isActive(); }, longEnough) &&
+               QTest::qWaitFor([&] { return isCovered() != isPinned; }, longEnough);
     };
     const auto button = [&] { sticky.clickControl(StickyOnScreen::Pin); };
     const auto keys = [&] { plim.press({u"ctrl+shift+p"_s}); };

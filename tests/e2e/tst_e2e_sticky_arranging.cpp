@@ -1,3 +1,4 @@
+#include "tests/Patience.h"
 #include "tests/e2e/PlimRun.h"
 #include "tests/e2e/StoredLayout.h"
 #include "tests/e2e/StoredNotes.h"
@@ -52,7 +53,7 @@ struct Desk {
 
     [[nodiscard]] bool open()
     {
-        return plim.open() && QTest::qWaitFor([this] { return frames() == before; });
+        return plim.open() && QTest::qWaitFor([this] { return frames() == before; }, longEnough);
     }
 
     [[nodiscard]] QStringList frames() const
@@ -63,19 +64,20 @@ struct Desk {
         return frames;
     }
 
-    [[nodiscard]] bool openOptions(const StickyOnScreen &sticky)
+    [[nodiscard]] bool openOptions(const StickyOnScreen &sticky) const
     {
         sticky.clickControl(StickyOnScreen::Colour);
-        return QTest::qWaitFor([&] { return plim.optionsOf(sticky).has_value(); });
+        return QTest::qWaitFor([&] { return plim.optionsOf(sticky).has_value(); }, longEnough);
     }
 
-    [[nodiscard]] bool choose(const StickyOnScreen &sticky, const QList<QPoint> &places)
+    [[nodiscard]] bool choose(const StickyOnScreen &sticky, const QList<QPoint> &places) const
     {
         if (!openOptions(sticky))
             return false;
         for (const QPoint place : places)
             plim.optionsOf(sticky)->click(place);
-        return QTest::qWaitFor([&] { return !plim.optionsOf(sticky) && sticky.isActive(); });
+        return QTest::qWaitFor([&] { return !plim.optionsOf(sticky) && sticky.isActive(); },
+                               longEnough);
     }
 
     ThrowAwayHome home;
@@ -136,10 +138,18 @@ void TestEndToEndStickyArranging::theOptionsArrangeAndCtrlZTakesBack()
     Desk desk({u"purple"_s, u"yellow"_s, u"red"_s, u"green"_s});
     QVERIFY(desk.open());
     const StickyOnScreen sticky = desk.plim.stickies().constFirst();
+    // The window manager gives a window the keyboard before the program knows of it, and a key that
+    // comes between is lost; none that comes later is.
     const auto takesBack = [&] {
-        desk.plim.press({u"ctrl+z"_s});
-        return QTest::qWaitFor(
-            [&] { return desk.frames() == desk.before && desk.layout.frames() == desk.before; });
+        const auto isBack = [&] {
+            return desk.frames() == desk.before && desk.layout.frames() == desk.before;
+        };
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            desk.plim.press({u"ctrl+z"_s});
+            if (QTest::qWaitFor(isBack, longEnough / 10))
+                return true;
+        }
+        return false;
     };
 
     // Red, yellow, green, purple: the third, the second, the fourth, the first.
@@ -179,7 +189,7 @@ void TestEndToEndStickyArranging::theOptionsArrangeAndCtrlZTakesBack()
     QVERIFY(takesBack());
 
     // Once only: what its user does afterwards is not taken back.
-    sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(100, -300));
+    sticky.pull(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(100, -300));
     QTRY_VERIFY(sticky.frame() != desk.before[0]);
     QTRY_COMPARE(desk.layout.frames()[0], sticky.frame());
     const QStringList after = desk.frames();

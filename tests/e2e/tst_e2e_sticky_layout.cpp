@@ -1,3 +1,4 @@
+#include "tests/Patience.h"
 #include "tests/e2e/PlimRun.h"
 #include "tests/e2e/StoredLayout.h"
 #include "tests/e2e/StoredNotes.h"
@@ -53,12 +54,12 @@ void TestEndToEndStickyLayout::theyAreWhereTheyWereLeft()
             QVERIFY(plim.openSticky(note, storedID(note)));
             const StickyOnScreen sticky = plim.stickies().constLast();
             const QString middle = sticky.frame();
-            sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + ways[note]);
+            sticky.pull(StickyOnScreen::grip(), StickyOnScreen::grip() + ways[note]);
             QTRY_VERIFY(sticky.frame() != middle);
             QTRY_COMPARE(layout.frames().value(note), sticky.frame());
         }
         const QList<StickyOnScreen> stickies = plim.stickies();
-        stickies[1].drag(QPoint(299, 339), QPoint(319, 399));
+        stickies[1].pull(QPoint(299, 339), QPoint(319, 399));
         QTRY_VERIFY(stickies[1].geometry().height() > 380);
         QTRY_COMPARE(layout.frames()[1], stickies[1].frame());
         stickies[2].clickControl(StickyOnScreen::Fold);
@@ -97,7 +98,7 @@ void TestEndToEndStickyLayout::oneThatWasCollapsedIsOneStepAway_data()
         << Gesture([](const StickyOnScreen &sticky) { sticky.doubleClick(QPoint(100, 28)); });
     QTest::newRow("the keyboard") << Gesture([](const StickyOnScreen &sticky) {
         sticky.activate();
-        if (QTest::qWaitFor([&] { return sticky.isActive(); }))
+        if (QTest::qWaitFor([&] { return sticky.isActive(); }, longEnough))
             XTools::press({u"ctrl+m"_s});
     });
 }

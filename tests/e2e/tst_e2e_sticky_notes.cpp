@@ -1,3 +1,4 @@
+#include "tests/Patience.h"
 #include "tests/e2e/PlimRun.h"
 #include "tests/e2e/StoredLayout.h"
 #include "tests/e2e/StoredNotes.h"
@@ -51,7 +52,7 @@ void TestEndToEndStickyNotes::whateverClosesItKeepsTheLastWords()
         QTRY_VERIFY(plim.mainWindow().isActive());
         QVERIFY(plim.openSticky(note, storedID(note)));
         const StickyOnScreen sticky = plim.stickies().constLast();
-        sticky.drag(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(330 * (note - 1), 390));
+        sticky.pull(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(330 * (note - 1), 390));
         QTRY_COMPARE(StoredLayout(home).frames().value(note), sticky.frame());
     }
     QStringList left{storedID(0), storedID(1), storedID(2)};
@@ -83,7 +84,7 @@ void TestEndToEndStickyNotes::twoWindowsShowOneNote()
     QVERIFY(plim.openSticky(0, storedID(0)));
     const StickyOnScreen sticky = plim.stickies().constFirst();
     const WindowOnScreen main = plim.mainWindow();
-    sticky.drag(StickyOnScreen::grip(), QPoint(-720, -300)); // off the other one's text
+    sticky.pull(StickyOnScreen::grip(), QPoint(-720, -300)); // off the other one's text
     QTRY_VERIFY(!main.geometry().intersects(sticky.geometry()));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{sticky.frame()});
     const QRect mainPage(464, 60, 500, 300);
@@ -91,11 +92,11 @@ void TestEndToEndStickyNotes::twoWindowsShowOneNote()
     constexpr int lineOfInk = 150; // more than a caret has
     const auto write = [&](const WindowOnScreen &window, QPoint place, const QString &words) {
         window.click(place);
-        if (!QTest::qWaitFor([&] { return window.isActive(); }))
+        if (!QTest::qWaitFor([&] { return window.isActive(); }, longEnough))
             return false;
         plim.press({u"ctrl+End"_s, u"Return"_s});
         plim.type(words);
-        return QTest::qWaitFor([&] { return plim.bodyOnDisk().contains(words); });
+        return QTest::qWaitFor([&] { return plim.bodyOnDisk().contains(words); }, longEnough);
     };
     const int inMain = inkIn(main.pixels(mainPage));
     QVERIFY(write(sticky, StickyOnScreen::page(), u"in the sticky"_s));
@@ -117,7 +118,7 @@ void TestEndToEndStickyNotes::deletingTheNoteClosesItsCard()
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.openSticky(1, storedID(1)));
-    plim.stickies().constFirst().drag(StickyOnScreen::grip(),
+    plim.stickies().constFirst().pull(StickyOnScreen::grip(),
                                       StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{plim.stickies().constFirst().frame()});
     const QJsonArray notes = plim.notesOnDisk();
@@ -195,7 +196,8 @@ void TestEndToEndStickyNotes::aDeadRendererTakesNobodyAlong()
     QVERIFY(renderer > 0);
     ::kill(pid_t(renderer), SIGKILL);
     for (const int note : {0, 1})
-        QVERIFY(plim.waitUntilSaid(u"plim.editor: shown \"%1\""_s.arg(storedID(note).toLower()), 2));
+        QVERIFY(
+            plim.waitUntilSaid(u"plim.editor: shown \"%1\""_s.arg(storedID(note).toLower()), 2));
     QTRY_VERIFY(open.showsText());
     open.click(StickyOnScreen::page());
     QTRY_VERIFY(open.isActive());

@@ -10,11 +10,10 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QPoint header(300, 24);
-const QPoint paneStrip(700, 20);
+const QPoint paneStrip(950, 20); // beside the menus
 const QPoint english(361, 680);
 const QPoint options(1054, 22);
 const QPoint undo(830, 662);
-constexpr int openingTime = 30'000; // ms, of the whole program
 constexpr int doubleClickTime = 500; // ms
 
 QPoint row(int number)
@@ -30,7 +29,7 @@ QPoint deleteButton(int number)
 QString orderOnDisk(const PlimRun &plim)
 {
     QStringList order;
-    for (const QJsonValue &note : plim.notesOnDisk())
+    for (const QJsonValue note : plim.notesOnDisk())
         order << note[u"body"_s].toString().section(u"<h1>"_s, 1).section(u"</h1>"_s, 0, 0);
     return order.join(u' ');
 }
@@ -64,7 +63,7 @@ private Q_SLOTS:
         QVERIFY(plim.selectRow(0, u"11111111-1111-4111-8111-111111111111"_s));
         const QRect before = plim.geometry();
         const QPoint way(-160, 90);
-        plim.drag(ground, ground + way);
+        plim.pull(ground, ground + way);
         QTRY_VERIFY2(isAbout(plim.geometry().topLeft(), before.topLeft() + way),
                      qPrintable(QDebug::toString(plim.geometry())));
         QCOMPARE(plim.geometry().size(), before.size());
@@ -99,7 +98,7 @@ private Q_SLOTS:
         PlimRun plim(home);
         QVERIFY(plim.open());
         const QRect wanted = plim.geometry() + growth;
-        plim.drag(edge, edge + way);
+        plim.pull(edge, edge + way);
         QTRY_VERIFY2(isAbout(plim.geometry().topLeft(), wanted.topLeft())
                          && isAbout(plim.geometry().bottomRight(), wanted.bottomRight()),
                      qPrintable(QDebug::toString(plim.geometry())));
@@ -126,9 +125,9 @@ private Q_SLOTS:
             PlimRun plim(home);
             QVERIFY(plim.open());
             const QRect before = plim.geometry();
-            plim.drag(header, header + QPoint(-120, 60));
+            plim.pull(header, header + QPoint(-120, 60));
             QTRY_VERIFY(plim.geometry().topLeft() != before.topLeft());
-            plim.drag(QPoint(1097, 697), QPoint(1147, 737));
+            plim.pull(QPoint(1097, 697), QPoint(1147, 737));
             QTRY_VERIFY(plim.geometry().size() != before.size());
             left = plim.geometry();
             plim.closeWindow();
@@ -157,11 +156,11 @@ private Q_SLOTS:
         PlimRun plim(home);
         QVERIFY(plim.open());
         plim.drag(row(0), row(2) + QPoint(0, 10));
-        QTRY_COMPARE_WITH_TIMEOUT(orderOnDisk(plim), u"B C A D"_s, openingTime);
+        QTRY_COMPARE(orderOnDisk(plim), u"B C A D"_s);
         plim.drag(row(1), row(5));
-        QTRY_COMPARE_WITH_TIMEOUT(orderOnDisk(plim), u"B A D C"_s, openingTime);
+        QTRY_COMPARE(orderOnDisk(plim), u"B A D C"_s);
         plim.drag(row(3), row(0) - QPoint(0, 30));
-        QTRY_COMPARE_WITH_TIMEOUT(orderOnDisk(plim), u"C B A D"_s, openingTime);
+        QTRY_COMPARE(orderOnDisk(plim), u"C B A D"_s);
         QCOMPARE(plim.warnings().join(u'\n'), QString());
     }
 
@@ -175,9 +174,9 @@ private Q_SLOTS:
         plim.point(row(1));
         plim.click(deleteButton(1));
         plim.press({u"shift+Tab"_s, u"shift+Tab"_s, u"Return"_s});
-        QTRY_COMPARE_WITH_TIMEOUT(orderOnDisk(plim), u"A C"_s, openingTime);
+        QTRY_COMPARE(orderOnDisk(plim), u"A C"_s);
         plim.click(undo);
-        QTRY_COMPARE_WITH_TIMEOUT(plim.notesOnDisk(), before, openingTime);
+        QTRY_COMPARE(plim.notesOnDisk(), before);
     }
 
     void colourAndLanguageAreKept()
@@ -189,7 +188,7 @@ private Q_SLOTS:
         QVERIFY(plim.selectRow(0, u"11111111-1111-4111-8111-111111111111"_s));
         plim.click(options);
         plim.press({u"Tab"_s, u"Right"_s, u"Return"_s});
-        QTRY_VERIFY_WITH_TIMEOUT(plim.notesOnDisk()[0][u"color"_s].toString() != u"yellow", openingTime);
+        QTRY_VERIFY(plim.notesOnDisk()[0][u"color"_s].toString() != u"yellow");
         plim.press({u"Escape"_s});
         plim.click(english);
         QTRY_VERIFY(home.read(u".config/Plim/Plim.conf"_s).contains("plimLanguage=en"));

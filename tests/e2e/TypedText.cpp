@@ -1,0 +1,23 @@
+#include "tests/e2e/TypedText.h"
+
+void TypedText::add(char key, Clock::time_point when)
+{
+    m_text += QLatin1Char(key);
+    m_times.push_back(when);
+}
+
+qsizetype TypedText::due(Clock::time_point moment, Duration allowance) const
+{
+    for (qsizetype i = size() - 1; i >= 0; --i) {
+        const Clock::time_point typed = m_times[std::size_t(i)];
+        const Clock::time_point next = i + 1 < size() ? m_times[std::size_t(i) + 1] : moment;
+        if (next - typed > afterPause + allowance || moment - typed > withoutPause + allowance)
+            return i + 1;
+    }
+    return 0;
+}
+
+TypedText::Duration TypedText::missing(qsizetype stored, Clock::time_point moment) const
+{
+    return stored < size() ? moment - m_times[std::size_t(stored)] : Duration::zero();
+}
