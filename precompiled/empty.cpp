@@ -1,0 +1,1 @@
+// A library of precompiled headers has to have a source.
