@@ -203,6 +203,8 @@ std::vector<HtmlToken> htmlTokens(QStringView html)
 
 qsizetype htmlPieceEnd(QStringView html, qsizetype size, bool (*isGoodBeginning)(QStringView rest))
 {
+    if (html.size() <= size) // as most are
+        return html.size();
     Tokenizer tokenizer(html);
     qsizetype at = 0;
     for (bool isMore = true; isMore;) {

@@ -1,6 +1,7 @@
 #include "core/PlainTextPieces.h"
 
 #include "core/HtmlTokens.h"
+#include "core/UsualHTML.h"
 
 #include <QTextDocument>
 
@@ -25,6 +26,8 @@ protected:
 
 QString plainText(QStringView html)
 {
+    if (auto text = plainTextOfUsualHTML(html))
+        return *std::move(text);
     QString source = html.toString();
     source.remove(QChar::Null); // would end the text for the importer
     PlainTextDocument document;

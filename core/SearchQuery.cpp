@@ -47,9 +47,13 @@ QString caseFolded(QString text)
     // Not QString::toCaseFolded, which makes "ss" of "ß" and so neither keeps the places nor agrees
     // with a comparison by Qt::CaseInsensitive.
     const qsizetype size = text.size();
+    constexpr char16_t firstBeyondAscii = 0x80;
     QChar *const data = text.data();
     for (qsizetype i = 0; i < size; ++i) {
-        if (data[i].isHighSurrogate() && i + 1 < size && data[i + 1].isLowSurrogate()) {
+        if (data[i] < QChar(firstBeyondAscii)) { // without asking the tables of Unicode
+            if (data[i] >= u'A' && data[i] <= u'Z')
+                data[i] = QChar(char16_t(data[i].unicode() + (u'a' - u'A')));
+        } else if (data[i].isHighSurrogate() && i + 1 < size && data[i + 1].isLowSurrogate()) {
             const char32_t folded =
                 QChar::toCaseFolded(QChar::surrogateToUcs4(data[i], data[i + 1]));
             data[i] = QChar::highSurrogate(folded);
