@@ -218,13 +218,34 @@ void NoteListModel::followTexts(const QList<QUuid> &ids)
 {
     if (!isSearching())
         return;
-    if (m_hasTwins) {
+    if (m_hasTwins)
         reload();
-    } else {
-        for (const QUuid &id : ids)
-            followNote(id);
-    }
+    else if (ids.size() > 1)
+        showDerived(ids);
+    else
+        followNote(ids.front());
     tellCompleteness();
+}
+
+// A first search is told of thousands, a good many at a time.
+void NoteListModel::showDerived(const QList<QUuid> &ids)
+{
+    const QSet<QUuid> concerned(ids.begin(), ids.end());
+    std::vector<Wanted> wanted;
+    wanted.reserve(m_ids.size() + ids.size());
+    for (const QUuid &id : m_ids) {
+        if (!concerned.contains(id))
+            wanted.push_back({id, m_store.indexOf(id)});
+    }
+    for (const QUuid &id : concerned) {
+        if (m_texts.isDerived(id))
+            m_undecided.remove(id);
+        const Note *note = m_store.note(id);
+        if (note && isWanted(*note))
+            wanted.push_back({id, m_store.indexOf(id)});
+    }
+    std::ranges::sort(wanted, {}, &Wanted::storeRow);
+    show(wanted);
 }
 
 // They come with a file, never with an operation.
@@ -266,6 +287,7 @@ void NoteListModel::tellCompleteness()
     if (m_isSearchComplete == m_undecided.isEmpty())
         return;
     m_isSearchComplete = m_undecided.isEmpty();
+    m_texts.setHurried(!m_isSearchComplete);
     Q_EMIT isSearchCompleteChanged();
 }
 

@@ -90,6 +90,7 @@ private:
     void followMany(const QList<QUuid> &ids);
     void followMove(const QUuid &id);
     void followTexts(const QList<QUuid> &ids);
+    void showDerived(const QList<QUuid> &ids);
     void lookForTwins();
     void reload();
     void retranslate();

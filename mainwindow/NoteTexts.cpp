@@ -16,11 +16,14 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-// A batch takes some ten milliseconds. The second one keeps the thread busy while the main thread
-// takes the first in; more would let a note that was edited just now wait.
-constexpr int batchesAhead = 2;
-constexpr std::size_t notesInBatch = 32;
-constexpr qsizetype charactersInBatch = 65'536;
+// A batch takes a millisecond or two, ten where Qt's importer has to read the notes. One more than
+// there are threads keeps them busy while the main thread takes one in; more would let a note that
+// was edited just now wait.
+constexpr std::size_t notesInBatch = 64;
+constexpr qsizetype charactersInBatch = 131'072;
+
+// Each piece of news makes a list of ten thousand look at all its rows.
+constexpr qint64 newsInterval = 25; // ms
 
 // Qt's own priorities mean nothing to the usual scheduler of Linux, and there may be thousands of
 // notes to derive while the window and the web engine are still coming up.
@@ -40,13 +43,17 @@ NoteTexts::NoteTexts(QObject *parent) : QObject(parent)
     m_thread.setObjectName(u"org.plim.Plim.texts"_s);
     m_thread.setMaxThreadCount(1);
     m_thread.setThreadPriority(QThread::LowPriority);
+    m_hurriedThreads.setObjectName(m_thread.objectName());
+    m_sinceTold.start();
 }
 
 NoteTexts::~NoteTexts()
 {
     m_isEnding = true;
-    m_thread.clear();
-    m_thread.waitForDone();
+    for (QThreadPool *threads : {&m_thread, &m_hurriedThreads}) {
+        threads->clear();
+        threads->waitForDone();
+    }
 }
 
 void NoteTexts::setNotes(const NoteArray &notes)
@@ -105,6 +112,15 @@ bool NoteTexts::isDerived(const QUuid &id) const
     return found != m_entries.constEnd() && found->state == State::Derived;
 }
 
+void NoteTexts::setHurried(bool isHurried)
+{
+    if (m_isHurried == isHurried)
+        return;
+    m_isHurried = isHurried;
+    if (isHurried)
+        hireWorker();
+}
+
 NoteTexts::Result NoteTexts::derive(const Source &source) const
 {
     Note note;
@@ -157,13 +173,16 @@ void NoteTexts::startWork()
 
 void NoteTexts::hireWorker()
 {
-    while (m_batches < batchesAhead) {
+    // A thread that has given way once does so for ever; the hurried ones are others.
+    QThreadPool &threads = m_isHurried ? m_hurriedThreads : m_thread;
+    while (m_batches <= threads.maxThreadCount()) {
         std::vector<Source> batch = nextBatch();
         if (batch.empty())
             return;
         ++m_batches;
-        startJob(m_thread, [this, batch = std::move(batch)] {
-            giveWay();
+        startJob(threads, [this, isHurried = m_isHurried, batch = std::move(batch)] {
+            if (!isHurried)
+                giveWay();
             std::vector<Result> results;
             results.reserve(batch.size());
             for (const Source &source : batch) {
@@ -200,7 +219,6 @@ void NoteTexts::take(std::vector<Result> results)
 {
     --m_batches;
     hireWorker();
-    QList<QUuid> ids;
     for (Result &result : results) {
         const auto entry = m_entries.find(result.id);
         if (entry == m_entries.end() || entry->revision != result.revision)
@@ -209,8 +227,16 @@ void NoteTexts::take(std::vector<Result> results)
         if (!entry->lines)
             entry->lines = std::move(result.lines);
         entry->searched = std::move(result.searched);
-        ids << result.id;
+        m_untold << result.id;
     }
+    if (!m_isHurried || m_batches == 0 || m_sinceTold.elapsed() >= newsInterval)
+        tell();
+}
+
+void NoteTexts::tell()
+{
+    m_sinceTold.start();
+    const QList<QUuid> ids = std::exchange(m_untold, {});
     if (!ids.isEmpty())
         Q_EMIT derived(ids);
 }

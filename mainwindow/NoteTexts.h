@@ -3,6 +3,7 @@
 #include "core/NoteArray.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QThreadPool>
@@ -13,8 +14,9 @@
 #include <vector>
 
 /// What the list shows of the notes and what a search looks through, derived from their HTML once
-/// per change: on a thread of its own, those changed last first. Everything else here belongs to
-/// the main thread; that thread sees copies of notes only.
+/// per change: on a thread of its own that gives way to all others, those changed last first, and
+/// on as many as there are processors while somebody waits. Everything else here belongs to the
+/// main thread; those threads see copies of notes only.
 class NoteTexts : public QObject
 {
     Q_OBJECT
@@ -31,7 +33,7 @@ public:
     };
 
     explicit NoteTexts(QObject *parent = nullptr);
-    ~NoteTexts() override; ///< waits for the thread, which ends at once
+    ~NoteTexts() override; ///< waits for the threads, which end at once
 
     /// These are all notes now. What is known of those that are the same stays.
     void setNotes(const NoteArray &notes);
@@ -45,6 +47,9 @@ public:
     [[nodiscard]] const Searched *searched(const QUuid &id) const;
     /// Whether searched() is up to date.
     [[nodiscard]] bool isDerived(const QUuid &id) const;
+
+    /// A search waits for the texts, or no longer does.
+    void setHurried(bool isHurried);
 
 Q_SIGNALS:
     void derived(const QList<QUuid> &ids);
@@ -73,18 +78,23 @@ private:
         Searched searched;
     };
 
-    [[nodiscard]] Result derive(const Source &source) const; ///< called on the thread
+    [[nodiscard]] Result derive(const Source &source) const; ///< called on a thread
     [[nodiscard]] Entry &entryOf(const Note &note);
     void startWork();
     void hireWorker();
     [[nodiscard]] std::vector<Source> nextBatch();
     void take(std::vector<Result> results);
+    void tell();
 
     QHash<QUuid, Entry> m_entries;
     std::vector<QUuid> m_waiting; ///< the next one last; some may be done or gone by now
     quint64 m_lastRevision = 0;
-    int m_batches = 0; ///< on the thread, or in front of it
+    int m_batches = 0; ///< on a thread, or in front of it
     bool m_isStarting = false;
+    bool m_isHurried = false;
+    QList<QUuid> m_untold; ///< derived since the last news
+    QElapsedTimer m_sinceTold;
     std::atomic<bool> m_isEnding = false;
     QThreadPool m_thread;
+    QThreadPool m_hurriedThreads;
 };

@@ -332,12 +332,14 @@ private Q_SLOTS:
         QCOMPARE(spy.told, QStringList{u"change 7000-7000"_s});
     }
 
-    // Texts cost hundreds of times what looking them up costs, so that the difference is plain.
+    // Texts with styles cost hundreds of times what looking them up costs, so that the difference
+    // is plain.
     void anEditDerivesItsOwnTextsAlone()
     {
         NoteListFixture f;
         NoteArray notes;
-        const QString filler = u"<p>many &amp; <b>various</b> words</p>"_s.repeated(100);
+        const QString filler =
+            u"<p style=\"color: red\">many &amp; <b>various</b> words</p>"_s.repeated(100);
         for (int i = 0; i < 300; ++i) {
             Note note = noteNamed(u"note %1"_s.arg(i));
             note.body += filler;
