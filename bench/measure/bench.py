@@ -13,6 +13,7 @@ from machine import description
 from verdicts import table
 
 RESULT = "build/bench.json"
+LONGEST = 600  # seconds that a whole run may take
 
 
 def measure(kind, is_quick):
@@ -67,6 +68,9 @@ def main():
             indent=2,
             ensure_ascii=False,
         )
+    if took > LONGEST:
+        print(f"scripts/bench: it has taken more than {LONGEST} s", file=sys.stderr)
+        return 1
     return 1 if failed else 0
 
 

@@ -142,7 +142,7 @@ class Process:
 
     def idle(self, seconds):
         """What all processes do while nobody asks anything of them: seconds of the processors, bytes
-        that go to the disk, and how often each thread of the program itself went to sleep."""
+        that go to the disk, and how often each thread of each went to sleep, by process and thread."""
         before = self.processor_time(), self._written(), self._sleeps()
         time.sleep(seconds)
         after = self.processor_time(), self._written(), self._sleeps()
@@ -160,14 +160,19 @@ class Process:
         return total
 
     def _sleeps(self):
-        """Of the program's own threads: each ends a wait for a timer or for news with one more."""
+        """Each ends a wait for a timer or for news with one more."""
         threads = {}
-        for thread in map(int, os.listdir(f"/proc/{self.id}/task")):
-            with open(f"/proc/{self.id}/task/{thread}/status", encoding="utf-8") as file:
-                status = file.read()
-            name = re.search(r"^Name:\t(.*)", status)[1]
-            threads[thread] = (name, int(re.search(r"^voluntary_\w+:\t(\d+)", status, re.M)[1]))
+        for process in self._family():
+            for thread in map(int, os.listdir(f"/proc/{process}/task")):
+                with open(f"/proc/{process}/task/{thread}/status", encoding="utf-8") as file:
+                    status = file.read()
+                name = re.search(r"^Name:\t(.*)", status)[1]
+                count = int(re.search(r"^voluntary_\w+:\t(\d+)", status, re.M)[1])
+                threads[process, thread] = (name, count)
         return threads
+
+    def has_children(self):
+        return len(self._family()) > 1
 
     def _family(self):
         processes = _all_processes()
