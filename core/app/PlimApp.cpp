@@ -38,6 +38,12 @@ namespace
 {
 constexpr auto longestWaitForFrame = 1s;
 
+#ifdef Q_OS_MACOS
+constexpr bool hasSystemMenuBar = true;
+#else
+constexpr bool hasSystemMenuBar = false;
+#endif
+
 NoteStore *liveStore = nullptr;
 
 // A lost display ends the process from inside the windowing library, without an event loop; what
@@ -82,9 +88,12 @@ PlimApp::PlimApp(NotesAhead *notes)
       m_engine(std::move(m_windowType->engine)),
       m_infoWindows(*m_engine, NoteStore::defaultDataDirectory()),
       m_transfer(m_store, m_content, [this] { m_appDelegate.collectTexts(); }),
-      m_menuCommands(m_store, m_content, m_infoWindows, m_transfer),
-      m_menus(m_menuCommands.commands())
+      m_menuCommands(m_store, m_content, m_infoWindows, m_transfer)
 {
+    if constexpr (hasSystemMenuBar)
+        m_menuBar = std::make_unique<NativeMenuBar>(m_menuCommands.commands());
+    else
+        m_menus = std::make_unique<ApplicationMenus>(m_menuCommands.commands());
     m_infoWindows.setCommands(m_menuCommands.commands());
     liveStore = &m_store;
     std::atexit(saveAtExit);
@@ -134,7 +143,7 @@ void PlimApp::show(bool isHidden)
     m_engine->setInitialProperties(
         {{u"content"_s, QVariant::fromValue(&m_content)},
          {u"commands"_s, QVariant::fromValue(&m_menuCommands.commands())},
-         {u"menus"_s, QVariant::fromValue(&m_menus)}});
+         {u"menus"_s, QVariant::fromValue(m_menus.get())}});
     m_engine->load(mainWindowURL());
     m_windowType.reset();
     auto *window = m_engine->rootObjects().isEmpty()

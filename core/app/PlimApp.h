@@ -11,6 +11,7 @@
 #include "mainwindow/ContentController.h"
 #include "shell/ApplicationMenus.h"
 #include "shell/LanguageManager.h"
+#include "shell/NativeMenuBar.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -54,7 +55,7 @@ private:
     /// notes may still be on their way. The engine itself goes where m_engine says.
     std::unique_ptr<WindowType> m_windowType;
     QThreadPool m_traces; ///< writes them: nobody who waits for a list waits for a disk
-    NoteStore m_store; ///< loads the notes at once, before there is any window
+    NoteStore m_store;    ///< loads the notes at once, before there is any window
     LanguageManager &m_languageManager;
     DialogLanguage m_dialogLanguage;
     AppDelegate m_appDelegate;
@@ -64,6 +65,7 @@ private:
     InfoWindows m_infoWindows;
     NoteTransfer m_transfer;
     MenuCommands m_menuCommands;
-    ApplicationMenus m_menus;
+    std::unique_ptr<NativeMenuBar> m_menuBar;  ///< where the system has one
+    std::unique_ptr<ApplicationMenus> m_menus; ///< where it has none
     QTimer m_appearAtLast;
 };
