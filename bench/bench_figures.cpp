@@ -6,6 +6,7 @@
 #include "core/String+HTML.h"
 #include "core/app/Platform.h"
 #include "core/app/PlimApp.h"
+#include "core/app/WindowSystem.h"
 #include "editor/EditorWebView.h"
 #include "mainwindow/ContentController.h"
 #include "sticky/WindowHolder.h"
@@ -323,6 +324,7 @@ QJsonObject growth(int notes)
 int main(int argc, char **argv)
 {
     preparePlatform();
+    spareDriver();
     const QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QHash<QString, QJsonObject (*)(int)> figures{{u"edit"_s, &edit},

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLoggingCategory>
-#include <QQuickWindow>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -38,11 +37,6 @@ void allowRoot()
 #endif
 }
 
-bool isDrawnByProcessor()
-{
-    return QQuickWindow::sceneGraphBackend() == "software"_L1;
-}
-
 // What the web engine draws reaches the window through the card's memory. It is loaded long after
 // this can be settled.
 void shareContexts()
@@ -54,8 +48,8 @@ void shareContexts()
 QtMessageHandler usualHandler = nullptr;
 
 // What Qt 6.4's web engine warns of at every start: three of its own types, which nobody here uses,
-// and a graphics card that is missing where the processor draws anyway. A warning that is always there
-// hides the one that matters.
+// and a graphics card that is missing where the processor draws anyway. A warning that is always
+// there hides the one that matters.
 bool isNoise(const QString &text)
 {
     return (text.startsWith("QWebEngine"_L1) &&

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
+#include <QOpenGLContext>
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
@@ -49,4 +51,27 @@ void prepareWindowSystem()
         qputenv("QSG_RENDER_LOOP", "basic");
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsCard())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+bool isDrawnByProcessor()
+{
+    constexpr auto software = "software"_L1;
+    return QQuickWindow::sceneGraphBackend() == software ||
+           qEnvironmentVariable("QT_QUICK_BACKEND") == software; // which it asks only later
+}
+
+// The web engine asks whether a driver may be used by several threads, and X's part of Qt loads one
+// to answer; told that there is none, it says no. It is told by the environment alone, which what
+// this program opens would inherit: so it is asked at once, and will not look there again.
+void spareDriver()
+{
+    static constexpr auto choice = "QT_XCB_GL_INTEGRATION";
+    if (!isDrawnByProcessor() || qEnvironmentVariableIsSet(choice))
+        return;
+    qputenv(choice, "none");
+    qAddPreRoutine([] {
+        if (QGuiApplication::platformName() == "xcb"_L1)
+            (void)QOpenGLContext::supportsThreadedOpenGL();
+        qunsetenv(choice);
+    });
 }

@@ -3,6 +3,7 @@
 #include "core/app/Platform.h"
 #include "core/app/PlimApp.h"
 #include "core/app/StartAnswer.h"
+#include "core/app/WindowSystem.h"
 #include "shell/ApplicationIcon.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@ int main(int argc, char **argv)
     if (const int *code = std::get_if<int>(&start))
         return *code;
     preparePlatform();
+    spareDriver();
     NotesAhead notes(lock.dataDirectory());
     QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());

@@ -1,4 +1,5 @@
 #include "tests/e2e/PlimRun.h"
+#include "tests/e2e/ProcessFamily.h"
 #include "tests/e2e/StoredNotes.h"
 #include "tests/Patience.h"
 
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void killedRendererComesBack();
     void nothingIsWrittenWhileNothingHappens();
     void aListAloneNeedsNoWebEngine();
+    void aPageNeedsNoGraphicsDriver();
     void whatIsTypedBeforeThereIsAPageIsKept();
 };
 
@@ -285,6 +287,30 @@ void TestEndToEnd::aListAloneNeedsNoWebEngine()
     QVERIFY(plim.waitUntilSaid(u"plim.editor: page ready"_s));
     QVERIFY(hasEngine());
     QVERIFY(!plim.said().contains(u"plim.editor: shown"_s));
+}
+
+// It would take fifty megabytes, and the processor draws.
+void TestEndToEnd::aPageNeedsNoGraphicsDriver()
+{
+    const ThrowAwayHome home;
+    storeNotes(home, {storedNote(firstID, u"<h1>Tea</h1><p>milk</p>"_s)});
+    PlimRun plim(home);
+    plim.setVariable(u"QT_QUICK_BACKEND"_s, u"software"_s);
+    QVERIFY(plim.open());
+    QVERIFY(plim.selectRow(0, firstID));
+    QFile maps(u"/proc/%1/maps"_s.arg(plim.processId()));
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray libraries = maps.readAll();
+    QVERIFY(libraries.contains("WebEngineCore"));
+    for (const char *part : {"_dri.so", "libLLVM", "libGLX_", "glx-integration"})
+        QVERIFY2(!libraries.contains(part), part);
+    const QList<qint64> family = ProcessFamily::members(plim.processId());
+    QVERIFY(family.size() > 1);
+    for (const qint64 process : family) { // nobody is told but Qt's own part here
+        QFile environment(u"/proc/%1/environ"_s.arg(process));
+        QVERIFY(environment.open(QIODevice::ReadOnly));
+        QVERIFY(!environment.readAll().contains("GL_INTEGRATION"));
+    }
 }
 
 void TestEndToEnd::whatIsTypedBeforeThereIsAPageIsKept()
