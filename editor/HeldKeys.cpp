@@ -48,9 +48,10 @@ void HeldKeys::setIsHolding(bool isHolding)
         giveOut();
 }
 
-bool HeldKeys::eventFilter(QObject *watched, QEvent *event)
+// Of the window alone, which may be on its way out: then it is no QQuickWindow any more.
+bool HeldKeys::eventFilter(QObject * /*watched*/, QEvent *event)
 {
-    if (!m_isHolding || m_isElsewhere || m_isGivingOut || watched != m_window)
+    if (!m_isHolding || m_isElsewhere || m_isGivingOut)
         return false;
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return false;
