@@ -1,4 +1,5 @@
 #include "shell/NoteChoices.h"
+#include "tests/Observation.h"
 #include "tests/views/WholeWindow.h"
 
 #include <QQmlComponent>
@@ -292,8 +293,14 @@ private Q_SLOTS:
         w.openNote(u"A"_s);
         w.openPopover();
         QVERIFY(w.popover()->isVisible());
-        click(w.item(u"noteOptions"_s)); // closes it, and does not open it again
-        QVERIFY(!w.popover()->isVisible());
+        // Closes it, and does not open it again, as a press would that comes later.
+        const auto isOnePress = [&w] {
+            if (!QTest::qWaitFor([&] { return w.popover()->isActive(); }, longEnough))
+                return false;
+            click(w.item(u"noteOptions"_s));
+            return !w.popover()->isVisible();
+        };
+        QVERIFY(isSeenOnce(isOnePress));
         QTRY_VERIFY(!w.popover()->property("justClosed").toBool());
         w.openPopover();
         press(w.popover(), Qt::Key_Escape);
