@@ -183,12 +183,12 @@ private Q_SLOTS:
         QTimer everyTurn;
         connect(&everyTurn, &QTimer::timeout, this, [&] { counts << shown(); });
         QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        connect(&*f.manager, &StickyNoteManager::restored, &everyTurn, &QTimer::stop);
         f.manager->restore(f.store);
         everyTurn.start(0);
         QTRY_COMPARE(f.made.size(), 45);
         Q_EMIT f.window(0).ready();
         QTRY_COMPARE(restored.count(), 1);
-        everyTurn.stop();
         QCOMPARE(shownBefore, 0);
         QCOMPARE(counts, (QSet<int>{0, 20, 40}));
         QCOMPARE(shown(), 45);
