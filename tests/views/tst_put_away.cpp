@@ -74,9 +74,8 @@ private Q_SLOTS:
         const Held w(u"A B C"_s);
         QCOMPARE(w.glowing(), QString());
         QStringList glows;
-        for (const QString &heading : {u"A"_s, u"B"_s, u"C"_s})
-            connect(itemIn(w.row(heading), u"rowGlow"_s), &QQuickItem::opacityChanged, this,
-                    [&] { glows << w.glowing(); });
+        connect(itemIn(w.row(u"B"_s), u"rowGlow"_s), &QQuickItem::opacityChanged, this,
+                [&] { glows << w.glowing(); });
         w.putAway(u"B"_s);
         QTRY_COMPARE(glows, (QStringList{u"B"_s, QString()}));
         w.putAway(u"B"_s);
