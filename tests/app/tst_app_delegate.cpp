@@ -2,6 +2,8 @@
 
 #include "core/NotificationCenter.h"
 #include "editor/EditorFlush.h"
+#include "tests/Observation.h"
+#include "tests/Patience.h"
 #include "tests/ThrowAwayHome.h"
 
 #include <QElapsedTimer>
@@ -12,14 +14,17 @@
 #include <QTimer>
 #include <QWindow>
 
-#include <chrono>
+#include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace
 {
 using Trigger = void (*)();
+
+constexpr qint64 withoutAnswer = 1900; ///< ms: less than anybody waits who gets none
+constexpr int tries = 5;               ///< a machine that stands still makes some last longer
 
 void quit()
 {
@@ -59,6 +64,7 @@ class Refusing : public QWindow
 {
 public:
     bool isRefusing = true;
+    std::function<void()> whenRefused; ///< called once, when the quit has been given up
 
 protected:
     bool event(QEvent *event) override
@@ -66,6 +72,8 @@ protected:
         if (event->type() != QEvent::Close || !isRefusing)
             return QWindow::event(event);
         event->ignore();
+        if (whenRefused)
+            QTimer::singleShot(0, this, std::exchange(whenRefused, {}));
         return true;
     }
 };
@@ -81,7 +89,7 @@ qint64 runUntilQuit(Trigger trigger = quit)
     });
     QTimer late;
     QObject::connect(&late, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
-    late.start(10s);
+    late.start(longEnough);
     return QCoreApplication::exec() == 0 ? timer.elapsed() : -1;
 }
 } // namespace
@@ -116,24 +124,36 @@ private Q_SLOTS:
         QFETCH(QList<int>, answersAfter);
         QFETCH(int, atLeast);
         QFETCH(int, below);
-        const AppDelegate delegate;
-        const SlowEditors editors(answersAfter);
-        QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
-        const qint64 elapsed = runUntilQuit();
-        QVERIFY2(elapsed >= atLeast && elapsed < below, qPrintable(QString::number(elapsed)));
-        QCOMPARE(editors.asked, 1);
-        QCOMPARE(aboutToQuit.count(), 1);
+        qint64 elapsed = below;
+        for (int i = 0; i < tries && elapsed >= below; ++i) {
+            const AppDelegate delegate;
+            const SlowEditors editors(answersAfter);
+            QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
+            elapsed = runUntilQuit();
+            QVERIFY2(elapsed >= atLeast, qPrintable(QString::number(elapsed)));
+            QCOMPARE(editors.asked, 1);
+            QCOMPARE(aboutToQuit.count(), 1);
+        }
+        QVERIFY2(elapsed < below, qPrintable(QString::number(elapsed)));
     }
 
     void debtsMayComeWhileWaiting()
     {
-        const AppDelegate delegate;
-        const SlowEditors editors({100});
-        EditorFlush::Debt late;
-        QTimer::singleShot(60, qApp, [&] { late = EditorFlush::shared().owe(); });
-        QTimer::singleShot(600, qApp, [&] { late.reset(); });
-        const qint64 elapsed = runUntilQuit();
-        QVERIFY2(elapsed >= 500 && elapsed < 1900, qPrintable(QString::number(elapsed)));
+        qint64 elapsed = withoutAnswer;
+        for (int i = 0; i < tries && elapsed >= withoutAnswer; ++i) {
+            const AppDelegate delegate;
+            const SlowEditors editors({100});
+            EditorFlush::Debt late;
+            QObject lender;
+            connect(
+                &NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, &lender, [&] {
+                    QTimer::singleShot(60, &lender, [&] { late = EditorFlush::shared().owe(); });
+                    QTimer::singleShot(600, &lender, [&] { late.reset(); });
+                });
+            elapsed = runUntilQuit();
+            QVERIFY2(elapsed >= 600, qPrintable(QString::number(elapsed)));
+        }
+        QVERIFY2(elapsed < withoutAnswer, qPrintable(QString::number(elapsed)));
     }
 
     void everyQuitTakesTheSameRoad_data()
@@ -152,11 +172,15 @@ private Q_SLOTS:
     void everyQuitTakesTheSameRoad()
     {
         QFETCH(Trigger, trigger);
-        const AppDelegate delegate;
-        const SlowEditors editors({300});
-        const qint64 elapsed = runUntilQuit(trigger);
-        QVERIFY2(elapsed >= 300 && elapsed < 1900, qPrintable(QString::number(elapsed)));
-        QCOMPARE(editors.asked, 1);
+        qint64 elapsed = withoutAnswer;
+        for (int i = 0; i < tries && elapsed >= withoutAnswer; ++i) {
+            const AppDelegate delegate;
+            const SlowEditors editors({300});
+            elapsed = runUntilQuit(trigger);
+            QVERIFY2(elapsed >= 300, qPrintable(QString::number(elapsed)));
+            QCOMPARE(editors.asked, 1);
+        }
+        QVERIFY2(elapsed < withoutAnswer, qPrintable(QString::number(elapsed)));
     }
 
     void theEditorsAnswerBeforeTheEnd()
@@ -178,29 +202,36 @@ private Q_SLOTS:
 
     void theLoopRunsWhileWaiting()
     {
-        const AppDelegate delegate;
-        const SlowEditors editors({400});
         int ticks = 0;
-        QTimer ticking;
-        connect(&ticking, &QTimer::timeout, &ticking, [&] { ++ticks; });
-        ticking.start(10);
-        QVERIFY(runUntilQuit() >= 0);
-        QVERIFY2(ticks >= 10, qPrintable(QString::number(ticks)));
+        const auto isTicking = [&ticks] {
+            const AppDelegate delegate;
+            const SlowEditors editors({400});
+            QTimer ticking;
+            ticks = 0;
+            connect(&ticking, &QTimer::timeout, &ticking, [&] { ++ticks; });
+            ticking.start(10);
+            return runUntilQuit() >= 0 && ticks >= 10;
+        };
+        QVERIFY2(isSeenOnce(isTicking), qPrintable(QString::number(ticks)));
     }
 
     void aSecondQuitWhileWaitingIsTheSameQuit()
     {
-        const AppDelegate delegate;
-        const SlowEditors editors({300});
-        QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
-        for (const int after : {20, 60, 200})
-            QTimer::singleShot(after, qApp, after == 60 ? postQuit : quit);
-        const qint64 elapsed = runUntilQuit();
-        QVERIFY2(elapsed >= 300 && elapsed < 1900, qPrintable(QString::number(elapsed)));
-        QCOMPARE(editors.asked, 1);
-        QCOMPARE(aboutToQuit.count(), 1);
-        QCoreApplication::processEvents();
-        QCOMPARE(editors.asked, 1);
+        qint64 elapsed = withoutAnswer;
+        for (int i = 0; i < tries && elapsed >= withoutAnswer; ++i) {
+            const AppDelegate delegate;
+            const SlowEditors editors({300});
+            QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
+            for (const int after : {20, 60, 200})
+                QTimer::singleShot(after, qApp, after == 60 ? postQuit : quit);
+            elapsed = runUntilQuit();
+            QVERIFY2(elapsed >= 300, qPrintable(QString::number(elapsed)));
+            QCOMPARE(editors.asked, 1);
+            QCOMPARE(aboutToQuit.count(), 1);
+            QCoreApplication::processEvents();
+            QCOMPARE(editors.asked, 1);
+        }
+        QVERIFY2(elapsed < withoutAnswer, qPrintable(QString::number(elapsed)));
     }
 
     void askingForTheTextsIsNotQuitting()
@@ -240,7 +271,7 @@ private Q_SLOTS:
         QObject listener;
         connect(qApp, &QCoreApplication::aboutToQuit, &listener, [&] { order << u"ended"_s; });
         QTimer::singleShot(50, qApp, quit);
-        QTimer::singleShot(5000, &listener, [] { QCoreApplication::exit(1); });
+        QTimer::singleShot(longEnough, &listener, [] { QCoreApplication::exit(1); });
         QCOMPARE(QCoreApplication::exec(), 0);
         QCOMPARE(order, (QStringList{u"collected"_s, u"ended"_s}));
     }
@@ -252,13 +283,13 @@ private Q_SLOTS:
         Refusing window;
         window.show();
         QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
-        QTimer::singleShot(400, qApp, [&] {
+        window.whenRefused = [&] {
             QCOMPARE(editors.asked, 1);
             QCOMPARE(aboutToQuit.count(), 0);
             window.isRefusing = false;
             quit();
-        });
-        QVERIFY(runUntilQuit() >= 400);
+        };
+        QVERIFY(runUntilQuit() >= 0);
         QCOMPARE(editors.asked, 2);
         QCOMPARE(aboutToQuit.count(), 1);
     }
@@ -271,12 +302,12 @@ private Q_SLOTS:
         window.show();
         QTimer::singleShot(0, qApp, quit);
         QTimer::singleShot(50, qApp, quit);
-        QTimer::singleShot(400, qApp, [&] {
+        window.whenRefused = [&] {
             delegate.applicationShouldTerminate();
             window.isRefusing = false;
             QTimer::singleShot(0, &window,
                                [] { QCoreApplication::exit(7); }); // behind a quit in the queue
-        });
+        };
         QCOMPARE(QCoreApplication::exec(), 7);
         QCOMPARE(editors.asked, 2);
     }

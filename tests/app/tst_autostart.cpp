@@ -1,4 +1,5 @@
 #include "core/app/Autostart.h"
+#include "tests/Patience.h"
 #include "tests/ThrowAwayHome.h"
 
 #include <QDir>
@@ -163,7 +164,7 @@ private Q_SLOTS:
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(u"desktop-file-validate"_s, {m_home->path(entryName)});
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(longEnough));
         QCOMPARE(process.readAll(), QByteArray());
         QCOMPARE(process.exitCode(), 0);
     }

@@ -1,3 +1,4 @@
+#include "tests/Patience.h"
 #include "tests/ThrowAwayHome.h"
 
 #include <QProcess>
@@ -20,7 +21,7 @@ class TestCommandLine : public QObject
         QProcess process;
         process.setProcessEnvironment(home.environment());
         process.start(QStringLiteral(PLIM), arguments);
-        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+        if (!process.waitForFinished(longEnough) || process.exitStatus() != QProcess::NormalExit)
             return {};
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};

@@ -63,7 +63,7 @@ struct Application : NoteListFixture {
                     });
                 }
             });
-        QTimer::singleShot(10'000, &content, [] { QCoreApplication::exit(1); });
+        QTimer::singleShot(longEnough, &content, [] { QCoreApplication::exit(1); });
         stickyNotes.setFactory(
             [](const QUuid &, NoteTextSize) { return std::make_unique<ListedStickyWindow>(); });
     }

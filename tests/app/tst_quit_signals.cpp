@@ -1,5 +1,7 @@
 #include "core/app/QuitSignals.h"
 
+#include "tests/Patience.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -24,6 +26,15 @@ public:
         return false;
     }
 };
+
+/// Runs the event loop; the exit code is 1 when nobody ends it.
+int runUntilQuit()
+{
+    QTimer late;
+    QObject::connect(&late, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
+    late.start(longEnough);
+    return QCoreApplication::exec();
+}
 
 void (*handlerOf(int signal))(int)
 {
@@ -54,8 +65,7 @@ private Q_SLOTS:
         QuitSpy spy;
         QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
         QTimer::singleShot(0, qApp, [signal] { ::raise(signal); });
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(runUntilQuit(), 0);
         QCOMPARE(spy.quits, 1);
         QCOMPARE(aboutToQuit.count(), 1);
     }
@@ -65,8 +75,7 @@ private Q_SLOTS:
         const QuitSignals handling;
         QuitSpy spy;
         ::raise(SIGTERM);
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(runUntilQuit(), 0);
         QCOMPARE(spy.quits, 1);
     }
 
@@ -78,8 +87,7 @@ private Q_SLOTS:
             for (const int signal : {SIGTERM, SIGHUP, SIGTERM, SIGINT})
                 ::raise(signal);
         });
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(runUntilQuit(), 0);
         QCOMPARE(spy.quits, 1);
     }
 
@@ -90,8 +98,7 @@ private Q_SLOTS:
         for (int i = 0; i < 100'000; ++i) // more than a pipe holds
             ::raise(SIGHUP);
         QCOMPARE(errno, EDOM); // whatever was interrupted finds its own
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(runUntilQuit(), 0);
     }
 
     void afterwardsSignalsEndTheProcessAgain_data() { everySignal(); }

@@ -1,5 +1,7 @@
 #include "core/app/StartReport.h"
 
+#include "tests/Patience.h"
+
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QTest>
@@ -49,7 +51,7 @@ private Q_SLOTS:
     {
         QQuickWindow other;
         other.show();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(QTest::qWaitForWindowActive(&other, longEnough));
         QQuickWindow window;
         window.setFlag(Qt::WindowDoesNotAcceptFocus);
         bool isDrawn = false;
@@ -71,7 +73,7 @@ private Q_SLOTS:
         QQuickWindow window;
         reportWhenUsable(window);
         window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(QTest::qWaitForWindowActive(&window, longEnough));
         QCoreApplication::processEvents();
         QCOMPARE(reports, 0);
     }

@@ -1,5 +1,7 @@
 #include "core/SaveRetry.h"
 
+#include "tests/Patience.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -72,7 +74,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         retry.failed(first);
-        QVERIFY(due.wait(3000));
+        QVERIFY(due.wait(longEnough));
         QVERIFY2(timer.elapsed() >= 900, qPrintable(QString::number(timer.elapsed())));
         QVERIFY(!retry.isWaiting());
     }

@@ -1,6 +1,7 @@
 #include "editor/FontBase.h"
 
 #include "shell/Bundle.h"
+#include "tests/Patience.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -77,7 +78,7 @@ private Q_SLOTS:
         QProcess process;
         process.setWorkingDirectory(tree.filePath(startedIn));
         process.start(program, {u"--tell-font-base"_s});
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(longEnough));
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()),
                  QUrl::fromLocalFile(tree.filePath(base)).toString(QUrl::FullyEncoded));

@@ -1,5 +1,7 @@
 #include "tests/packaging/UnpackedPackage.h"
 
+#include "tests/Patience.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>
@@ -14,7 +16,7 @@ Said run(const QString &program, const QStringList &arguments)
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
-    if (!process.waitForStarted() || !process.waitForFinished(60'000))
+    if (!process.waitForStarted(longEnough) || !process.waitForFinished(5 * longEnough))
         return {-1, program + u": "_s + process.errorString()};
     const bool isNormal = process.exitStatus() == QProcess::NormalExit;
     return {isNormal ? process.exitCode() : -1, QString::fromUtf8(process.readAll())};

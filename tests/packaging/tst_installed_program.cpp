@@ -161,8 +161,7 @@ private Q_SLOTS:
 
         // The editor is a page with a program of its own behind it.
         const WindowOnScreen window(server, mainWindow());
-        window.activate();
-        QVERIFY(QTest::qWaitFor([&] { return window.isActive(); }, patience));
+        QVERIFY(window.waitUntilActive());
         window.click({220, 120});
         const bool isShown =
             QTest::qWaitFor([&] { return hasSaid(u"plim.editor: shown"_s); }, patience);

@@ -20,10 +20,8 @@
 #include <QTest>
 #include <QUdpSocket>
 
-#include <chrono>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace
 {
@@ -223,7 +221,7 @@ void TestPageInjections::checkNothingHappened()
         "  element.click?.(); element.focus?.(); element.submit?.(); element.showModal?.(); element.play?.();"
         "}"
         "setTimeout(() => { window.isCalm = true; }, 500); null"_s);
-    QVERIFY(waitFor([this] { return m_page.js(u"window.isCalm"_s).toBool(); }, 30'000ms));
+    QVERIFY(waitFor([this] { return m_page.js(u"window.isCalm"_s).toBool(); }));
 
     const QVariantList attackers = m_page.js(u"[...attacked]"_s).toList();
     QVERIFY2(attackers.isEmpty(), qPrintable(u"a script ran:"_s + named(attackers)));
@@ -296,15 +294,19 @@ void TestPageInjections::aBareViewIsHeard()
                               Q_ARG(QUrl, QUrl(u"http://127.0.0.1:%1/bare"_s.arg(m_listener.port()))));
 
     const auto count = [&] { return view->property("title").toInt(); };
-    QVERIFY2(waitFor([&] { return count() >= 80; }, 60'000ms), qPrintable(view->property("title").toString()));
-    QVERIFY2(waitFor([this] { return m_listener.heard.size() >= 100; }, 60'000ms), qPrintable(QString::number(m_listener.heard.size())));
-    const QList<QByteArray> seen = NetworkWatch::takeContacts();
+    QVERIFY2(waitFor([&] { return count() >= 80; }), qPrintable(view->property("title").toString()));
+    QVERIFY2(waitFor([this] { return m_listener.heard.size() >= 100; }), qPrintable(QString::number(m_listener.heard.size())));
+    QList<QByteArray> seen;
+    const auto looksUpAName = [&seen] {
+        seen += NetworkWatch::takeContacts();
+        return std::ranges::any_of(seen, [](const QByteArray &contact) {
+            return contact.startsWith("name case-") || contact.endsWith(":53");
+        });
+    };
+    QVERIFY(waitFor(looksUpAName));
     QVERIFY(seen.contains("127.0.0.1:" + QByteArray::number(m_listener.port())));
     qInfo("%d cases ran, %lld things were heard, %lld seen", count(),
           (long long)(m_listener.heard.size()), (long long)(seen.size()));
-    QVERIFY(std::ranges::any_of(seen, [](const QByteArray &contact) {
-        return contact.startsWith("name case-") || contact.endsWith(":53");
-    }));
 }
 
 PLIM_PAGE_TEST_MAIN(TestPageInjections)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/Patience.h"
 #include "tests/ThrowAwayHome.h"
 
 #include <QProcess>
@@ -22,7 +23,7 @@ struct ShellProbe {
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(directory);
         process.start(program, arguments);
-        if (!process.waitForFinished())
+        if (!process.waitForFinished(longEnough))
             return false;
         lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
         log = QString::fromUtf8(process.readAllStandardError());

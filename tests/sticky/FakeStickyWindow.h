@@ -14,6 +14,7 @@ public:
     void setFrame(const QRect &frame, Motion motion) override
     {
         motions << motion;
+        placed << frame;
         change(frame);
     }
     void appear() override { ++timesShown; }
@@ -43,7 +44,8 @@ public:
     QUuid noteID;
     NoteTextSize textSize = NoteTextSize::medium;
     QList<Motion> motions;
-    int timesShown = 0; ///< without the keyboard
+    QList<QRect> placed; ///< where it was told to be, one after the other
+    int timesShown = 0;  ///< without the keyboard
     int timesInFront = 0;
     const QWindow *host = nullptr;
     bool isOpen = true;

@@ -165,7 +165,7 @@ private Q_SLOTS:
 
     void nobodyWaitsForVeryMany()
     {
-        Fixture f(45);
+        Fixture f(45, {.appear = 10min});
         QList<StickyLayoutEntry> entries;
         for (const QUuid &id : f.ids())
             entries << StickyLayoutEntry{id, somewhere};
@@ -183,10 +183,12 @@ private Q_SLOTS:
         QTimer everyTurn;
         connect(&everyTurn, &QTimer::timeout, this, [&] { counts << shown(); });
         QSignalSpy restored(&*f.manager, &StickyNoteManager::restored);
+        connect(&*f.manager, &StickyNoteManager::restored, &everyTurn, &QTimer::stop);
         f.manager->restore(f.store);
         everyTurn.start(0);
-        QVERIFY(restored.wait(longEnough));
-        everyTurn.stop();
+        QTRY_COMPARE(f.made.size(), 45);
+        Q_EMIT f.window(0).ready();
+        QTRY_COMPARE(restored.count(), 1);
         QCOMPARE(shownBefore, 0);
         QCOMPARE(counts, (QSet<int>{0, 20, 40}));
         QCOMPARE(shown(), 45);
@@ -213,9 +215,12 @@ private Q_SLOTS:
         Fixture f(2);
         for (const int i : {0, 1})
             f.open(i, somewhere);
+        f.whenMade = [&f] {
+            if (f.made.size() == 2) // long before it would appear
+                QTimer::singleShot(0, &*f.manager, [&f] { f.manager->prepareForTermination(); });
+        };
         f.restart();
-        QTRY_COMPARE(f.made.size(), 2);
-        f.manager->prepareForTermination();
+        QTRY_VERIFY(f.manager->isTerminating());
         Q_EMIT f.window(0).ready();
         QTest::qWait(400); // longer than anybody is waited for
         QCOMPARE(f.window(0).timesShown, 0);

@@ -56,10 +56,20 @@ class TestXWindowTraits : public QObject
     {
         return states(window).contains(skipTaskbar) && states(window).contains(skipPager);
     }
+    /// Waits until the window manager has done all that it was asked for so far: it answers in
+    /// order.
+    void letTheManagerCatchUp() const
+    {
+        const xcb_window_t asker = m_witness.makeWindow();
+        m_witness.askForFrame(asker);
+        QTRY_VERIFY(m_witness.hasProperty(asker, "_NET_FRAME_EXTENTS"));
+        m_witness.destroyWindow(asker);
+    }
     /// What the window manager itself holds: it writes all states anew when one of them changes.
     [[nodiscard]] bool isKeptOutByTheManager(QWindow &window) const
     {
         const auto isAbove = [&] { return states(window).contains(above); };
+        letTheManagerCatchUp();
         window.setFlag(Qt::WindowStaysOnTopHint);
         if (!QTest::qWaitFor(isAbove, longEnough) || !isKeptOut(window))
             return false;
@@ -183,6 +193,7 @@ private Q_SLOTS:
                 QTRY_VERIFY(!m_witness.hasProperty(xcb_window_t(window.winId()), state));
             window.show();
             QVERIFY(QTest::qWaitForWindowExposed(&window, longEnough));
+            letTheManagerCatchUp();
             QTRY_VERIFY(isKeptOut(window));
             // What Qt says of it is left alone. A window manager that sees a window go and come in
             // one moment may drop that, with or without anything of ours.

@@ -2,10 +2,12 @@
 
 #include "shell/SystemPreferences.h"
 #include "tests/Patience.h"
+#include "tests/views/SteadyTime.h"
 
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPointer>
 #include <QQmlComponent>
 #include <QTest>
 #include <QWheelEvent>
@@ -147,6 +149,11 @@ void setMoving(bool isMoving)
         Q_ARG(QString, u"enable-animations"_s), Q_ARG(QDBusVariant, QDBusVariant(isMoving)));
     if (!isTold || SystemPreferences::shared().reducesMotion() == isMoving)
         qFatal("The preferences do not follow the desktop");
+    static QPointer<SteadyTime> time;
+    if (!isMoving)
+        delete time;
+    else if (!time)
+        time = new SteadyTime(QCoreApplication::instance());
 }
 
 void forgetKeyboard(QQuickWindow *window)

@@ -41,7 +41,8 @@ void type(QQuickWindow *window, const QString &text);
 /// Turns the wheel over the place, in notches; towards the user is negative.
 void turnWheel(QQuickWindow *window, QPoint place, int notches);
 
-/// Whether things glide and fade. Tests that do not look at that go faster without.
+/// Whether things glide and fade, and if so, in steady steps (SteadyTime). Tests that do not look
+/// at that go faster without.
 void setMoving(bool isMoving);
 /// No key was used yet, as far as focus rings are concerned.
 void forgetKeyboard(QQuickWindow *window);

@@ -51,7 +51,7 @@ private Q_SLOTS:
         component.setData(document, QUrl(u"qrc:/test.qml"_s));
         m_window.reset(qobject_cast<QQuickWindow *>(component.create()));
         QVERIFY2(m_window, qPrintable(component.errorString()));
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get(), longEnough));
         m_keys = std::make_unique<HeldKeys>();
         m_keys->setWindow(m_window.get());
         m_keys->setPage(item("page"));

@@ -26,6 +26,7 @@ private Q_SLOTS:
         QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
         setMoving(false);
     }
+    void cleanup() { setMoving(false); }
 
     // Opening, adding, searching
 
@@ -138,12 +139,22 @@ private Q_SLOTS:
         click(w.rowButton(u"B"_s, u"rowArchive"_s));
         QCOMPARE(w.drawnRows(), u"A C"_s);
         QCOMPARE(w.openNote(), QString());
-        QTRY_VERIFY(isDrawn(w.rowButton(u"C"_s, u"rowArchive"_s))); // now below the pointer
         click(w.item(u"archiveTab"_s));
         hover(w.row(u"B"_s));
         QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowArchive"_s)));
         click(w.rowButton(u"B"_s, u"rowArchive"_s));
         QCOMPARE(w.drawnRows(), u"a b"_s);
+    }
+
+    // The pointer rests, and each step of the glide is told of it.
+    void theRowThatComesBelowThePointerOffersItsButtons()
+    {
+        setMoving(true);
+        const Whole w;
+        hover(w.row(u"B"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"B"_s, u"rowArchive"_s)));
+        click(w.rowButton(u"B"_s, u"rowArchive"_s));
+        QTRY_VERIFY(isDrawn(w.rowButton(u"C"_s, u"rowArchive"_s)));
     }
 
     // Deleting

@@ -63,6 +63,7 @@ struct Drag : MainWindow {
     }
     void grab(const QString &heading)
     {
+        pictureOf(window()); // drawing puts the rows into their places, and may scroll the list
         if (!QTest::qWaitFor([&] { return isAtRest(heading); }, longEnough))
             qFatal("%s does not come to rest", qPrintable(heading));
         place = frameOf(row(heading)).topLeft().toPoint() + QPoint(150, 30);

@@ -215,7 +215,7 @@ private Q_SLOTS:
     void theKeyboardIsWhereItIsSaidToBe()
     {
         Spoken s;
-        s.open();
+        s.openPage();
         s.fold();
         QVERIFY(s.state(u"sticky.fold"_s).focused);
         QVERIFY(!s.state(u"sticky.pin"_s).focused);

@@ -105,7 +105,7 @@ private Q_SLOTS:
                                    u"sticky.close"_s};
         for (int i = 0; i < 5 && !controls.contains(s.focusedName()); ++i) {
             press(window, Qt::Key_Tab, Qt::ShiftModifier);
-            (void)QTest::qWaitFor([&] { return controls.contains(s.focusedName()); }, 500);
+            (void)QTest::qWaitFor([&] { return controls.contains(s.focusedName()); });
         }
         QVERIFY2(controls.contains(s.focusedName()), qPrintable(s.focusedName()));
     }
@@ -113,7 +113,7 @@ private Q_SLOTS:
     void controlsOfACapsuleAreReachedInTurn()
     {
         StickyNotes s;
-        QQuickWindow *window = s.open();
+        QQuickWindow *window = s.openPage();
         s.fold();
         QStringList reached;
         for (int i = 0; i < 4; ++i) {
@@ -138,7 +138,7 @@ private Q_SLOTS:
     {
         QFETCH(Qt::Key, key);
         StickyNotes s;
-        QQuickWindow *window = s.open();
+        QQuickWindow *window = s.openPage();
         focusControl(s, u"sticky.pin"_s);
         press(window, key);
         QVERIFY(s.controller().isPinned());

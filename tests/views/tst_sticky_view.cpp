@@ -223,7 +223,7 @@ private Q_SLOTS:
     {
         setMoving(true);
         StickyNotes s;
-        const QQuickWindow *window = s.open();
+        const QQuickWindow *window = s.openPage();
         QQuickItem *controls = controlsIn(window);
         QTRY_COMPARE(controls->opacity(), 1.0);
         QSignalSpy steps(controls, &QQuickItem::opacityChanged);
