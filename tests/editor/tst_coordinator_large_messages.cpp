@@ -18,6 +18,8 @@ private Q_SLOTS:
     void cleanup();
     void messages_data();
     void messages();
+    void pieces_data();
+    void pieces();
     void changesOfBothSides_data();
     void changesOfBothSides();
 
@@ -96,6 +98,33 @@ void TestCoordinatorLargeMessages::messages()
     const QByteArray fault = againstLinearWork([&](qsizetype size) {
         m_editor->view.post(handler, begin + filled(pattern, size) + end);
         QCoreApplication::processEvents();
+        (void)m_editor->view.takeLog();
+    });
+    QVERIFY2(fault.isEmpty(), fault);
+}
+
+/// Each piece as short as the one pattern; and all of one that is too long, as far as it is kept.
+void TestCoordinatorLargeMessages::pieces_data()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::addColumn<qsizetype>("longest");
+    QTest::newRow("letters") << u"a"_s << PageMessages::longestMessage;
+    QTest::newRow("words") << u"<p>milk and tea</p>"_s << PageMessages::longestMessage;
+    QTest::newRow("long ones") << QString(1 << 18, u'a') << PageMessages::longestMessage;
+    QTest::newRow("too many") << u"a"_s << megabyte / 2;
+}
+
+void TestCoordinatorLargeMessages::pieces()
+{
+    QFETCH(QString, piece);
+    QFETCH(qsizetype, longest);
+    auto &page = *qobject_cast<PageMessages *>(m_editor->view.seam.messages());
+    page.setLongest(longest);
+    const QByteArray fault = againstLinearWork([&](qsizetype size) {
+        page.receiveBeginning({});
+        for (qsizetype said = 0; said < size; said += piece.size())
+            page.receiveMiddle(piece);
+        page.receiveEnd(u"plim"_s, {});
         (void)m_editor->view.takeLog();
     });
     QVERIFY2(fault.isEmpty(), fault);
