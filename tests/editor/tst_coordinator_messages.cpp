@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(f.changes, Changes());
     }
 
-    void atooLongComesInPieces()
+    void aLongMessageComesInPieces()
     {
         EditorFixture f;
         f.showNote(noteA, a);
