@@ -1,3 +1,4 @@
+#include "tests/RandomSeed.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <QDirIterator>
@@ -161,8 +162,7 @@ int main(int argc, char **argv)
     }
     const std::vector<QByteArray> inputs = inputsIn(QString::fromLocal8Bit(argv[1]));
     const double seconds = argc > 2 ? std::strtod(argv[2], nullptr) : someSeconds;
-    const quint32 seed = argc > 3 ? quint32(std::strtoul(argv[3], nullptr, 10))
-                                  : QRandomGenerator::global()->generate();
+    const quint32 seed = argc > 3 ? quint32(std::strtoul(argv[3], nullptr, 10)) : randomSeed();
     std::fprintf(stderr, "%zu inputs, then seed %u\n", inputs.size(), seed);
     if (inputs.empty() || LLVMFuzzerInitialize(&argc, &argv) != 0)
         return 1;
