@@ -223,28 +223,35 @@ void TestPageInjections::pasteNow(QMimeData *data)
     QVERIFY(waitFor([&] { return m_page.js(u"window.pastes"_s).toInt() > before; }));
 }
 
-/// From another program, onto the first line.
+/// From another program, onto the first line; again when a busy page has not been ready for it.
 void TestPageInjections::drop(const QString &html)
 {
-    m_page.load(u"<p>ab</p>"_s);
-    m_page.js(u"room.style = 'position: absolute; pointer-events: none'; null"_s); // out of the drop's way
-    const QVariantList at = m_page.js(u"(() => { const r = bodyEl.firstChild.getBoundingClientRect(); return [r.left + 1, r.top + 8]; })()"_s).toList();
-    const QPoint point(at[0].toInt(), at[1].toInt());
     const int before = m_page.js(u"window.drops"_s).toInt();
     QMimeData data;
     data.setHtml(html);
     const auto actions = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-    QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_page.view(), &enter);
-    // The page takes its time to say that it would have it.
+    const auto isDropped = [&] { return m_page.js(u"window.drops"_s).toInt() > before; };
     QVERIFY(waitFor([&] {
-        QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&m_page.view(), &move);
-        return move.isAccepted();
+        m_page.load(u"<p>ab</p>"_s);
+        m_page.js(u"room.style = 'position: absolute; pointer-events: none'; null"_s); // out of the way
+        const QVariantList at = m_page.js(u"(() => { const r = bodyEl.firstChild.getBoundingClientRect(); return [r.left + 1, r.top + 8]; })()"_s).toList();
+        const QPoint point(at[0].toInt(), at[1].toInt());
+        QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_page.view(), &enter);
+        const bool isWanted = waitFor([&] {
+            QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&m_page.view(), &move);
+            return move.isAccepted();
+        }, 3'000ms);
+        if (!isWanted) {
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(&m_page.view(), &leave);
+            return false;
+        }
+        QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_page.view(), &drop);
+        return waitFor(isDropped, 3'000ms);
     }));
-    QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&m_page.view(), &drop);
-    QVERIFY(waitFor([&] { return m_page.js(u"window.drops"_s).toInt() > before; }));
 }
 
 /// Makes room for the next one; what is there stays in the document, and out of the editor's hands.
