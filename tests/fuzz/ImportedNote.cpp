@@ -118,7 +118,7 @@ void checkImport(const QByteArray &content, const QString &suffix)
     if (!note)
         return;
     // Formats that are left open are opened again in every paragraph, and addresses written again.
-    require(note->body.size() <= 64 * content.size() + 2 * 65'536, "a note is bounded");
+    require(note->body.size() <= 64 * content.size() + 131'072, "a note is bounded");
     checkBody(note->body);
     if (note->body.contains("<img"_L1))
         emptyScratchFolder();
