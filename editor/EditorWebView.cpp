@@ -6,32 +6,10 @@
 
 using namespace Qt::StringLiterals;
 
-void PageMessages::receive(const QString &handler, const QString &body)
-{
-    m_begun.reset();
-    Q_EMIT received(handler, body);
-}
-
-void PageMessages::receiveBeginning(const QString &piece)
-{
-    m_begun = piece;
-}
-
-void PageMessages::receiveMiddle(const QString &piece)
-{
-    if (m_begun)
-        *m_begun += piece;
-}
-
-void PageMessages::receiveEnd(const QString &handler, const QString &piece)
-{
-    if (const std::optional<QString> begun = std::exchange(m_begun, {}))
-        Q_EMIT received(handler, *begun + piece);
-}
-
 EditorWebView::EditorWebView(QObject *parent) : QObject(parent)
 {
     connect(&m_messages, &PageMessages::received, this, &EditorWebView::messageReceived);
+    connect(&m_messages, &PageMessages::refused, this, &EditorWebView::messageRefused);
 }
 
 void EditorWebView::evaluate(const QString &script, const Completion &completion)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editor/PageMessages.h"
+
 #include <QHash>
 #include <QObject>
 #include <QUrl>
@@ -7,28 +9,6 @@
 #include <qqmlregistration.h>
 
 #include <functional>
-#include <optional>
-
-/// What the page may call in the host: nothing but to hand over a message.
-class PageMessages : public QObject
-{
-    Q_OBJECT
-
-public:
-    using QObject::QObject;
-
-    Q_INVOKABLE void receive(const QString &handler, const QString &body);
-    // A long message, in pieces. One whose page went away before its end is never handed over.
-    Q_INVOKABLE void receiveBeginning(const QString &piece);
-    Q_INVOKABLE void receiveMiddle(const QString &piece);
-    Q_INVOKABLE void receiveEnd(const QString &handler, const QString &piece);
-
-Q_SIGNALS:
-    void received(const QString &handler, const QString &body);
-
-private:
-    std::optional<QString> m_begun;
-};
 
 /// The coordinator's side of one embedded web view. The view itself, declared in QML, carries out
 /// the requests and reports back; a test can stand in for it.
@@ -36,7 +16,8 @@ class EditorWebView : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(bool isFirstResponder READ isFirstResponder WRITE setIsFirstResponder NOTIFY isFirstResponderChanged)
+    Q_PROPERTY(bool isFirstResponder READ isFirstResponder WRITE setIsFirstResponder NOTIFY
+                   isFirstResponderChanged)
     Q_PROPERTY(QObject *messages READ messages CONSTANT)
 
 public:
@@ -78,6 +59,7 @@ Q_SIGNALS:
     void loaded();
     void lost();
     void messageReceived(const QString &handler, const QString &body);
+    void messageRefused(const QString &handler);
     void isFirstResponderChanged();
 
 private:

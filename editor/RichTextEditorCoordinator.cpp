@@ -75,6 +75,7 @@ void RichTextEditorCoordinator::setWebView(EditorWebView *webView)
         connect(m_webView, &EditorWebView::loaded, this, &RichTextEditorCoordinator::finishLoading);
         connect(m_webView, &EditorWebView::lost, this, &RichTextEditorCoordinator::recover);
         connect(m_webView, &EditorWebView::messageReceived, this, &RichTextEditorCoordinator::receive);
+        connect(m_webView, &EditorWebView::messageRefused, this, &RichTextEditorCoordinator::makeUpFor);
         // An editor that leaves the keyboard takes over what was kept from it while it had it.
         connect(m_webView, &EditorWebView::isFirstResponderChanged, this, &RichTextEditorCoordinator::sync);
         // The view is still being made: it connects to its requests first.
@@ -311,6 +312,14 @@ void RichTextEditorCoordinator::receive(const QString &handler, const QString &b
     } else if (handler == "plimImage"_L1) {
         receivePicture(body);
     }
+}
+
+// A note may be longer than a message: with pictures in it that no disk would take. Its words are
+// asked for then, for an answer is of any length.
+void RichTextEditorCoordinator::makeUpFor(const QString &handler)
+{
+    if (handler == "plim"_L1 && m_webView && m_loadedNoteID)
+        read(PageScript::readHTML, [] {});
 }
 
 void RichTextEditorCoordinator::receiveChange(const QString &body)

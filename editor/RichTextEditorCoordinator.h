@@ -103,6 +103,7 @@ private:
     [[nodiscard]] bool isOtherNoteWanted() const;
     void applyFontSize(double size);
     void receive(const QString &handler, const QString &body);
+    void makeUpFor(const QString &handler);
     void receiveChange(const QString &body);
     void receiveFormatState(const QString &body);
     void receiveLink(const QString &address);

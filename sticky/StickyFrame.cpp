@@ -32,7 +32,8 @@ int wholePoints(double value)
 
 StickyFrame StickyFrame::resizedKeepingTop(double newWidth, double newHeight) const
 {
-    return {x, top() - newHeight, newWidth, newHeight};
+    // Not top() - newHeight: what keeps its height stays where it is, to the last digit.
+    return {x, y + (height - newHeight), newWidth, newHeight};
 }
 
 StickyFrame StickyFrame::withPossibleSize() const

@@ -5,7 +5,12 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <functional>
+#include <limits>
+
+#include <malloc.h>
 
 constexpr qsizetype megabyte = 1 << 20;
 
@@ -16,27 +21,67 @@ Text filled(const Text &pattern, qsizetype size)
     return pattern.repeated(size / pattern.size());
 }
 
-/// What says against the work being linear in its size, from one megabyte (or the size given) to
-/// eight times as much; empty when nothing does. One measurement of each is enough where it says so
-/// already; a disturbed one is repeated.
+/// The durations of some work for inputs each twice as large as the one before.
+using Durations = std::array<double, 4>;
+
+/// To what power of its size the work's duration grows: the slope of the line that lies nearest to
+/// the logarithms. 1 is linear, 2 quadratic.
+inline double exponentOf(const Durations &durations)
+{
+    const double middle = double(durations.size() - 1) / 2;
+    double covariance = 0;
+    double variance = 0;
+    for (std::size_t i = 0; i < durations.size(); ++i) {
+        covariance += (double(i) - middle) * std::log2(durations[i]);
+        variance += (double(i) - middle) * (double(i) - middle);
+    }
+    return covariance / variance;
+}
+
+/// Memory that the system gives for the first time has to be cleared, page by page, and large
+/// blocks come from it each time: what they cost has nothing to do with the work. Kept, they are
+/// given once.
+inline void keepFreedMemory()
+{
+#ifdef __GLIBC__
+    static constexpr int never = 0;
+    ::mallopt(M_MMAP_MAX, never);
+    ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+#endif
+}
+
+/// The power that is allowed. What is sorted, or found by its name, lies further apart than the
+/// caches reach the more there is of it; and a sanitizer has memory from the system each time.
+constexpr double nearlyLinear = slowness > 1 ? 1.6 : 1.2;
+constexpr double linearButSorted = slowness > 1 ? 1.6 : 1.4;
+
+/// What says against the work being linear in its size, from one megabyte (or the size given) over
+/// two and four to eight times as much; empty when nothing does. The best of some runs counts, for
+/// whatever disturbs one only ever adds to it; once they say that it is linear, they are enough.
 inline QByteArray againstLinearWork(const std::function<void(qsizetype)> &work,
-                                    qsizetype smallest = megabyte)
+                                    qsizetype smallest = megabyte, double bound = nearlyLinear)
 {
     constexpr double second = 1e9;
-    constexpr double bound = 20;            // sixty-four times is quadratic
-    constexpr double floor = 0.01 * second; // what fits into the caches is faster
+    constexpr double millisecond = 1e6;
+    constexpr double nobodysMatter = 0.5; // for a byte: as long as it takes to copy some
+    constexpr int rounds = 8;
     const auto durationFor = [&work](qsizetype size) { return duration([&] { work(size); }); };
     // What is far from it would take hours for the rest.
-    if (const double tiny = durationFor(smallest / 8); tiny > second)
+    if (const double tiny = durationFor(smallest / 8); tiny > slowness * second)
         return QByteArray::number(smallest / 8) + " bytes in " + QByteArray::number(tiny / second) +
                " s";
-    double small = 1e18;
-    double large = 1e18;
-    for (int attempt = 0; attempt < 4; ++attempt) {
-        small = std::min(small, std::max(floor, durationFor(smallest)));
-        large = std::min(large, durationFor(8 * smallest));
-        if (large < bound * small)
+    keepFreedMemory();
+    Durations best;
+    best.fill(1e18);
+    for (int round = 0; round < rounds; ++round) {
+        for (std::size_t i = best.size(); i-- > 0;) // what the largest needs, the others have
+            best[i] = std::max(std::min(best[i], durationFor(smallest << i)),
+                               nobodysMatter * double(smallest << i));
+        if (exponentOf(best) <= bound)
             return {};
     }
-    return "eight times as much takes " + QByteArray::number(large / small) + " times as long";
+    QByteArray fault = "grows with the power " + QByteArray::number(exponentOf(best)) + ':';
+    for (const double one : best)
+        fault += ' ' + QByteArray::number(one / millisecond) + " ms";
+    return fault;
 }

@@ -1,5 +1,6 @@
 #include "core/NoteArray.h"
 
+#include "tests/RandomSeed.h"
 #include "tests/core/Duration.h"
 
 #include <QRandomGenerator>
@@ -59,8 +60,7 @@ private Q_SLOTS:
 
     void doesWhatAVectorDoes()
     {
-        const quint32 seed = QRandomGenerator::global()->generate();
-        qInfo("seed %u", seed);
+        const quint32 seed = randomSeed();
         QRandomGenerator random(seed);
         std::vector<Note> expected;
         NoteArray notes;

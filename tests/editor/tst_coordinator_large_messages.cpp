@@ -7,8 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// A page that was taken over may send megabytes. Whatever they are, eight times as much takes
-/// about eight times as long.
+/// A page that was taken over may send megabytes. Whatever they are, twice as much takes about
+/// twice as long.
 class TestCoordinatorLargeMessages : public QObject
 {
     Q_OBJECT
@@ -18,6 +18,8 @@ private Q_SLOTS:
     void cleanup();
     void messages_data();
     void messages();
+    void pieces_data();
+    void pieces();
     void changesOfBothSides_data();
     void changesOfBothSides();
 
@@ -93,10 +95,42 @@ void TestCoordinatorLargeMessages::messages()
     QFETCH(QString, begin);
     QFETCH(QString, pattern);
     QFETCH(QString, end);
+    const QByteArray fault = againstLinearWork(
+        [&](qsizetype size) {
+            m_editor->view.post(handler, begin + filled(pattern, size) + end);
+            QCoreApplication::processEvents();
+            (void)m_editor->view.takeLog();
+            m_editor->changes.clear();
+        },
+        megabyte,
+        handler == "plim"_L1 && pattern.startsWith(u'"') ? linearButSorted : nearlyLinear);
+    QVERIFY2(fault.isEmpty(), fault);
+}
+
+/// Each piece as short as the one pattern; and all of one that is too long, as far as it is kept.
+void TestCoordinatorLargeMessages::pieces_data()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::addColumn<qsizetype>("longest");
+    QTest::newRow("letters") << u"a"_s << PageMessages::longestMessage;
+    QTest::newRow("words") << u"<p>milk and tea</p>"_s << PageMessages::longestMessage;
+    QTest::newRow("long ones") << QString(1 << 18, u'a') << PageMessages::longestMessage;
+    QTest::newRow("too many") << u"a"_s << megabyte / 2;
+}
+
+void TestCoordinatorLargeMessages::pieces()
+{
+    QFETCH(QString, piece);
+    QFETCH(qsizetype, longest);
+    auto &page = *qobject_cast<PageMessages *>(m_editor->view.seam.messages());
+    page.setLongest(longest);
     const QByteArray fault = againstLinearWork([&](qsizetype size) {
-        m_editor->view.post(handler, begin + filled(pattern, size) + end);
-        QCoreApplication::processEvents();
+        page.receiveBeginning({});
+        for (qsizetype said = 0; said < size; said += piece.size())
+            page.receiveMiddle(piece);
+        page.receiveEnd(u"plim"_s, {});
         (void)m_editor->view.takeLog();
+        m_editor->changes.clear();
     });
     QVERIFY2(fault.isEmpty(), fault);
 }

@@ -1,11 +1,29 @@
 #include "tests/editor/EditorFixture.h"
 #include "tests/editor/StandardOutput.h"
 
+#include <QSignalSpy>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
 const QString a = u"<h1>a</h1>"_s;
+const char *const tooLong = "Plim: a message of the page is dropped, it has more than 10 letters";
+
+/// As the page does.
+void postInPieces(PageMessages &page, const QString &handler, const QString &body)
+{
+    constexpr qsizetype longestPiece = 1 << 18;
+    qsizetype begin = 0;
+    for (; body.size() - begin > longestPiece; begin += longestPiece) {
+        const QString piece = body.sliced(begin, longestPiece);
+        if (begin == 0)
+            page.receiveBeginning(piece);
+        else
+            page.receiveMiddle(piece);
+    }
+    page.receiveEnd(handler, body.sliced(begin));
+}
 } // namespace
 
 class TestCoordinatorMessages : public QObject
@@ -160,6 +178,84 @@ private Q_SLOTS:
         page.receive(u"plim"_s, u"<p>short</p>"_s);
         page.receiveEnd(u"plim"_s, u"</p>"_s);
         QCOMPARE(f.changes, Changes({{noteA.id, u"<p>short</p>"_s}}));
+    }
+
+    /// A page that was taken over may begin a message and never end it.
+    void aMessageWithoutMeasureIsDropped()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        page.setLongest(10);
+        QTest::ignoreMessage(QtWarningMsg, tooLong);
+        page.receiveBeginning(u"<p>12345"_s);
+        for (int i = 0; i < 1000; ++i) {
+            page.receiveMiddle(u"678"_s);
+            QVERIFY(page.keptSize() <= 10);
+        }
+        QCOMPARE(page.keptSize(), 0);
+        page.receiveEnd(u"plim"_s, u"</p>"_s);
+        page.receiveMiddle(u"<p>9"_s); // has no beginning any more
+        page.receiveEnd(u"plim"_s, u"</p>"_s);
+        QCOMPARE(f.takeChanges(), Changes());
+        // The next one is heard, up to the last letter that there is room for.
+        page.receiveBeginning(u"<p>12"_s);
+        page.receiveEnd(u"plim"_s, u"3</p>"_s);
+        QCOMPARE(f.takeChanges(), Changes({{noteA.id, u"<p>123</p>"_s}}));
+        QTest::ignoreMessage(QtWarningMsg, tooLong);
+        page.receiveBeginning(u"<p>1234"_s);
+        page.receiveEnd(u"plim"_s, u"</p>"_s);
+        QTest::ignoreMessage(QtWarningMsg, tooLong);
+        page.receive(u"plim"_s, u"<p>1234</p>"_s);
+        QCOMPARE(f.takeChanges(), Changes());
+    }
+
+    void theWordsOfAMessageThatWasTooLongAreAskedFor()
+    {
+        EditorFixture f;
+        f.showNote(noteA, a);
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        page.setLongest(10);
+        for (const QString &handler : {u"plimImage"_s, u"plimLog"_s, u"plim"_s}) {
+            QTest::ignoreMessage(QtWarningMsg, tooLong);
+            page.receiveBeginning(u"<p>typed"_s);
+            QCOMPARE(f.view.questions(), QStringList());
+            page.receiveEnd(handler, u" words</p>"_s);
+        }
+        QCOMPARE(f.view.questions(), QStringList{Script::read});
+        f.view.answer(u"<h1>a</h1><p>typed words</p>");
+        QCOMPARE(f.changes, Changes({{noteA.id, u"<h1>a</h1><p>typed words</p>"_s}}));
+        QCOMPARE(f.view.questions(), QStringList());
+    }
+
+    void noWordsAreAskedOfAPageWithoutANote()
+    {
+        EditorFixture f;
+        f.load();
+        (void)f.view.takeLog();
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        page.setLongest(10);
+        QTest::ignoreMessage(QtWarningMsg, tooLong);
+        page.receive(u"plim"_s, u"<p>nobody's</p>"_s);
+        QCOMPARE(f.view.log(), QStringList());
+    }
+
+    /// Of 20 MB, in twenty million letters; and the largest picture that the page sends.
+    void theLargestNoteAndPictureHaveRoom()
+    {
+        constexpr qsizetype largestNote = 20'000'000;
+        constexpr qsizetype largestPicture = 48 * 1024 * 1024; // pictures.js
+        EditorFixture f;
+        f.showNote(noteA, a);
+        const QString html = u"<h1>a</h1><p>"_s + QString(largestNote, u'x') + u"</p>"_s;
+        auto &page = *qobject_cast<PageMessages *>(f.view.seam.messages());
+        postInPieces(page, u"plim"_s, message(noteA, html));
+        QCOMPARE(f.changes.size(), 1);
+        QVERIFY(f.changes.front().second == html);
+
+        const QSignalSpy received(&page, &PageMessages::received);
+        postInPieces(page, u"none"_s, QString(largestPicture / 3 * 4 + 1000, u'A'));
+        QCOMPARE(received.size(), 1);
     }
 
     void otherHandlersChangeNothing()

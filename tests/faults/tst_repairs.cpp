@@ -1,6 +1,7 @@
 #include "core/NoteStore.h"
 
 #include "core/NotesJson.h"
+#include "tests/RandomSeed.h"
 #include "tests/core/DataDirectory.h"
 
 #include <QRandomGenerator>
@@ -79,14 +80,10 @@ public:
     }
 
 private Q_SLOTS:
-    /// What one start has repaired no later one touches. PLIM_TEST_SEED repeats a run.
+    /// What one start has repaired no later one touches.
     void aSecondStartFindsNothingToRepair()
     {
-        bool isGiven = false;
-        quint32 seed = qEnvironmentVariable("PLIM_TEST_SEED").toUInt(&isGiven);
-        if (!isGiven)
-            seed = QRandomGenerator::global()->generate();
-        qInfo("seed %u", seed);
+        const quint32 seed = randomSeed();
         QRandomGenerator random(seed);
         for (int round = 0; round < 10; ++round) {
             const DataDirectory data;

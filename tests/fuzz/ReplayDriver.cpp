@@ -1,3 +1,4 @@
+#include "tests/RandomSeed.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <QDirIterator>
@@ -13,6 +14,8 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <malloc.h>
+#include <sys/resource.h>
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -35,6 +38,28 @@ void say(std::string_view text)
 {
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
 }
+
+/// What the program has of it. No input leaves anything behind, nor does one of a few thousand
+/// bytes take many megabytes.
+struct Memory {
+    std::size_t kept = 0; ///< bytes in use; 0 where a sanitizer has its own
+    long most = 0;        ///< that it ever had, in kilobytes
+
+    static Memory now()
+    {
+        rusage usage{};
+        ::getrusage(RUSAGE_SELF, &usage);
+        return {::mallinfo2().uordblks, usage.ru_maxrss};
+    }
+    [[nodiscard]] bool isAboutThatOf(const Memory &other) const
+    {
+        constexpr std::size_t keptMore = 1 << 20;
+        constexpr long mostMore = 64 << 10;
+        std::fprintf(stderr, "%zu bytes kept after %zu, at most %ld kB after %ld\n", kept,
+                     other.kept, most, other.most);
+        return kept <= other.kept + keptMore && (kept == 0 || most <= other.most + mostMore);
+    }
+};
 
 /// Only what a signal's handler may call.
 void keepInput(int signal)
@@ -161,18 +186,18 @@ int main(int argc, char **argv)
     }
     const std::vector<QByteArray> inputs = inputsIn(QString::fromLocal8Bit(argv[1]));
     const double seconds = argc > 2 ? std::strtod(argv[2], nullptr) : someSeconds;
-    const quint32 seed = argc > 3 ? quint32(std::strtoul(argv[3], nullptr, 10))
-                                  : QRandomGenerator::global()->generate();
+    const quint32 seed = argc > 3 ? quint32(std::strtoul(argv[3], nullptr, 10)) : randomSeed();
     std::fprintf(stderr, "%zu inputs, then seed %u\n", inputs.size(), seed);
     if (inputs.empty() || LLVMFuzzerInitialize(&argc, &argv) != 0)
         return 1;
     watchSignals();
     for (const QByteArray &input : inputs)
         give(input);
+    const Memory before = Memory::now();
     Mutator mutator(inputs, seed);
     long count = 0;
     for (const double end = secondsUsed() + seconds; secondsUsed() < end; ++count)
         give(mutator.next());
     std::fprintf(stderr, "%ld changed inputs\n", count);
-    return 0;
+    return Memory::now().isAboutThatOf(before) ? 0 : 1;
 }

@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// Shorter than in the program, so that inputs come to it.
+constexpr qsizetype longestMessage = 300;
 const QString shownText = u"A0000000-0000-4000-8000-00000000000A"_s;
 
 class Conversation
@@ -34,6 +36,11 @@ public:
         QObject::connect(
             &m_coordinator, &RichTextEditorCoordinator::linkActivated, &m_coordinator,
             [](const QUrl &url) { require(isOpenableLink(url), "only what may be opened is"); });
+        m_page.setLongest(longestMessage);
+        QObject::connect(&m_page, &PageMessages::received, &m_coordinator,
+                         [](const QString &, const QString &body) {
+                             require(body.size() <= longestMessage, "a message has its measure");
+                         });
         m_said = m_value.html.size();
     }
 
@@ -55,6 +62,7 @@ public:
         } else {
             m_view.post(handler, body);
         }
+        require(m_page.keptSize() <= longestMessage, "no more is kept than a message may have");
         require(m_coordinator.hoveredLink().isEmpty() ||
                     isOpenableLink(m_coordinator.hoveredLink()),
                 "only what may be opened is shown");

@@ -4,6 +4,7 @@
 #include "mainwindow/TimestampFormat.h"
 #include "shell/L10n.h"
 #include "tests/Patience.h"
+#include "tests/RandomSeed.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -255,16 +256,12 @@ class TestNoteListModelRandom : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    // PLIM_TEST_SEED repeats a run that has failed.
     void theListIsTheStoreFiltered_data()
     {
         QTest::addColumn<quint32>("seed");
-        const QByteArray chosen = qgetenv("PLIM_TEST_SEED");
-        for (int run = 0; run < 4; ++run) {
-            const quint32 seed =
-                chosen.isEmpty() ? QRandomGenerator::global()->generate() : chosen.toUInt();
-            QTest::addRow("run %d, PLIM_TEST_SEED=%u", run, seed) << seed;
-        }
+        const quint32 first = randomSeed();
+        for (quint32 seed = first; seed != first + 4; ++seed)
+            QTest::addRow("PLIM_TEST_SEED=%u", seed) << seed;
     }
     void theListIsTheStoreFiltered()
     {

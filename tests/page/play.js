@@ -12,6 +12,15 @@ window.play = (seed, stepCount) => {
   const below = n => Math.floor(random() * n);
   const pick = list => list[below(list.length)];
 
+  // Of a copy, which is laid out anew: after some edits the engine draws one space of two until it lays
+  // the paragraph out again, and reads so, too.
+  function shownText() {
+    const copy = bodyEl.cloneNode(true);
+    bodyEl.after(copy);
+    const text = copy.innerText;
+    copy.remove();
+    return text;
+  }
   // What a reader sees: the lines with what they are, the text, the ticks and the links.
   const view = () => {
     const kind = element => {
@@ -28,7 +37,7 @@ window.play = (seed, stepCount) => {
     };
     return JSON.stringify({
       title: titleEl.textContent.trim(),
-      text: bodyEl.innerText.replace(/\u00a0/g, ' '),
+      text: shownText().replace(/\u00a0/g, ' '),
       blocks: [...bodyEl.querySelectorAll('p, h1, h2, h3, li, hr, img')].map(e => kind(e) + ': ' + own(e)),
       boxes: [...bodyEl.querySelectorAll('li')].map(li => (boxOf(li) ? li.className + '/' + boxOf(li).className : '-')),
       links: [...bodyEl.querySelectorAll('a')].map(a => a.getAttribute('href') + ' ' + a.textContent),

@@ -6,6 +6,7 @@
 #include "tests/views/WaitFor.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QFile>
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -121,8 +122,8 @@ private:
 } // namespace
 
 /// Hundreds of ways in which markup may try to run, to ask or to lead somewhere, through each door
-/// that a note's text comes in by. What came in stays in the page, side by side with what came
-/// before, while the page is poked at.
+/// that a note's text comes in by, and again as the page has written it. What came in stays in the
+/// page, side by side with what came before, while the page is poked at.
 class TestPageInjections : public QObject
 {
     Q_OBJECT
@@ -133,11 +134,18 @@ private Q_SLOTS:
     void loadedNotesDoNothing();
     void loadedTitlesDoNothing();
     void pastedMarkupDoesNothing();
+    void markupPastedIntoTheTitleDoesNothing();
+    void textPastedIntoTheTitleDoesNothing();
+    void droppedMarkupDoesNothing();
     void aBareViewIsHeard();
 
 private:
     void load(const QString &html);
     void paste(const QString &html);
+    void pasteIntoTitle(const QString &html);
+    void pasteAsTextIntoTitle(const QString &html);
+    void drop(const QString &html);
+    void pasteNow(QMimeData *data);
     void collect();
     void checkNothingHappened();
     void checkDoor(void (TestPageInjections::*enter)(const QString &html), const QString &note);
@@ -164,9 +172,9 @@ void TestPageInjections::init()
     m_listener.heard.clear();
     m_page.openedLinks().clear();
     m_page.js(
-        u"window.attacked = new Set(); window.pastes = 0; window.room?.remove(); "
+        u"window.attacked = new Set(); window.pastes = 0; window.drops = 0; window.room?.remove(); "
         "window.room = document.createElement('section'); document.body.append(room); "
-        "document.onpaste = () => { window.pastes += 1; }; null"_s);
+        "document.onpaste = () => { window.pastes += 1; }; document.ondrop = () => { window.drops += 1; }; null"_s);
 }
 
 /// As the window does with what the store has loaded.
@@ -184,10 +192,64 @@ void TestPageInjections::paste(const QString &html)
     m_page.load(u"<p>a|b</p>"_s);
     auto *data = new QMimeData;
     data->setHtml(html);
+    pasteNow(data);
+}
+
+void TestPageInjections::pasteIntoTitle(const QString &html)
+{
+    m_page.load(u"<p>a</p>"_s, u"a|b"_s);
+    auto *data = new QMimeData;
+    data->setHtml(html);
+    pasteNow(data);
+}
+
+/// The markup itself is the text: the title shows it, and writes it so that it stays text.
+void TestPageInjections::pasteAsTextIntoTitle(const QString &html)
+{
+    m_page.load(u"<p>a</p>"_s, u"a|b"_s);
+    auto *data = new QMimeData;
+    data->setHtml(html);
+    data->setText(html);
+    pasteNow(data);
+}
+
+void TestPageInjections::pasteNow(QMimeData *data)
+{
     QGuiApplication::clipboard()->setMimeData(data);
     const int before = m_page.js(u"window.pastes"_s).toInt();
     m_page.press(Qt::Key_V, Qt::ControlModifier);
     QVERIFY(waitFor([&] { return m_page.js(u"window.pastes"_s).toInt() > before; }));
+}
+
+/// From another program, onto the first line; again when a busy page has not been ready for it.
+void TestPageInjections::drop(const QString &html)
+{
+    const int before = m_page.js(u"window.drops"_s).toInt();
+    QMimeData data;
+    data.setHtml(html);
+    const auto actions = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    const auto isDropped = [&] { return m_page.js(u"window.drops"_s).toInt() > before; };
+    QVERIFY(waitFor([&] {
+        m_page.load(u"<p>ab</p>"_s);
+        m_page.js(u"room.style = 'position: absolute; pointer-events: none'; null"_s); // out of the way
+        const QVariantList at = m_page.js(u"(() => { const r = bodyEl.firstChild.getBoundingClientRect(); return [r.left + 1, r.top + 8]; })()"_s).toList();
+        const QPoint point(at[0].toInt(), at[1].toInt());
+        QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_page.view(), &enter);
+        const bool isWanted = waitFor([&] {
+            QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&m_page.view(), &move);
+            return move.isAccepted();
+        }, 3'000ms);
+        if (!isWanted) {
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(&m_page.view(), &leave);
+            return false;
+        }
+        QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&m_page.view(), &drop);
+        return waitFor(isDropped, 3'000ms);
+    }));
 }
 
 /// Makes room for the next one; what is there stays in the document, and out of the editor's hands.
@@ -241,31 +303,54 @@ void TestPageInjections::checkNothingHappened()
     QCOMPARE(remnants, QString());
 }
 
-/// All cases come in by one door, each in its place in the note.
+/// All cases come in by one door, each in its place in the note; and then as the note that the page
+/// has made of it, which another day loads.
 void TestPageInjections::checkDoor(void (TestPageInjections::*enter)(const QString &html), const QString &note)
 {
     for (const Case &one : m_cases) {
         (this->*enter)(note.arg(one.html));
+        if (QTest::currentTestFailed()) {
+            qInfo("with %s", qPrintable(one.html));
+            return;
+        }
+        const QString written = m_page.composed();
+        collect();
+        load(written);
         collect();
     }
-    const int words = m_page.js(u"room.textContent.split('before').length - 1"_s).toInt();
-    QCOMPARE(words, int(m_cases.size())); // each has been there
+    const int words = m_page.js(u"room.textContent.split('entered').length - 1"_s).toInt();
+    QCOMPARE(words, 2 * int(m_cases.size())); // each has been there
     checkNothingHappened();
 }
 
 void TestPageInjections::loadedNotesDoNothing()
 {
-    checkDoor(&TestPageInjections::load, u"<h1>T</h1><p>before</p>%1<p>after</p>"_s);
+    checkDoor(&TestPageInjections::load, u"<h1>T</h1><p>entered</p>%1<p>after</p>"_s);
 }
 
 void TestPageInjections::loadedTitlesDoNothing()
 {
-    checkDoor(&TestPageInjections::load, u"<h1>before%1</h1><p>after</p>"_s);
+    checkDoor(&TestPageInjections::load, u"<h1>entered%1</h1><p>after</p>"_s);
 }
 
 void TestPageInjections::pastedMarkupDoesNothing()
 {
-    checkDoor(&TestPageInjections::paste, u"<p>before</p>%1<p>after</p>"_s);
+    checkDoor(&TestPageInjections::paste, u"<p>entered</p>%1<p>after</p>"_s);
+}
+
+void TestPageInjections::markupPastedIntoTheTitleDoesNothing()
+{
+    checkDoor(&TestPageInjections::pasteIntoTitle, u"<p>entered</p>%1<p>after</p>"_s);
+}
+
+void TestPageInjections::textPastedIntoTheTitleDoesNothing()
+{
+    checkDoor(&TestPageInjections::pasteAsTextIntoTitle, u"<p>entered</p>%1<p>after</p>"_s);
+}
+
+void TestPageInjections::droppedMarkupDoesNothing()
+{
+    checkDoor(&TestPageInjections::drop, u"<p>entered</p>%1<p>after</p>"_s);
 }
 
 /// The same cases do run, and are heard and seen, where nobody minds them: in a view without the

@@ -85,6 +85,8 @@ private Q_SLOTS:
         QTest::addColumn<StickyFrame>("frame");
         QTest::addColumn<StickyFrame>("expected");
         QTest::newRow("possible") << StickyFrame{1, 2, 260, 52} << StickyFrame{1, 2, 260, 52};
+        QTest::newRow("possible, between two points")
+            << StickyFrame{0.1, 0.2, 260.3, 52.7} << StickyFrame{0.1, 0.2, 260.3, 52.7};
         QTest::newRow("none") << StickyFrame{1, 2, 0, 0} << StickyFrame{1, 2, 300, 340};
         QTest::newRow("negative") << StickyFrame{1, 2, -300, 340} << StickyFrame{1, 2, 300, 340};
         QTest::newRow("no number")

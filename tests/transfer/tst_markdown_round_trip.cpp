@@ -1,10 +1,10 @@
+#include "tests/RandomSeed.h"
 #include "tests/transfer/RandomDocument.h"
 #include "transfer/MarkdownReader.h"
 #include "transfer/MarkdownWriter.h"
 #include "transfer/NoteBodyWriter.h"
 #include "transfer/NoteDocumentReader.h"
 
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <cstdio>
@@ -21,7 +21,7 @@ QString asItIs(const QString &source)
 
 /// What a note says is the same after it went through Markdown, and through its own HTML.
 ///
-/// PLIM_TEST_SEED repeats one document.
+/// PLIM_TEST_SEED=n PLIM_TEST_COUNT=1 repeats one document.
 class TestMarkdownRoundTrip : public QObject
 {
     Q_OBJECT
@@ -29,11 +29,8 @@ class TestMarkdownRoundTrip : public QObject
 private Q_SLOTS:
     void randomDocumentsReadTheSame()
     {
-        const bool isRepeated = qEnvironmentVariableIsSet("PLIM_TEST_SEED");
-        const quint32 first = isRepeated ? qEnvironmentVariable("PLIM_TEST_SEED").toUInt()
-                                         : QRandomGenerator::global()->generate();
-        const quint32 count = isRepeated ? 1 : 3000;
-        qInfo("seeds from %u", first);
+        const quint32 first = randomSeed();
+        const quint32 count = documentCount(3000);
         for (quint32 seed = first; seed != first + count; ++seed) {
             const NoteDocument document = RandomDocument(seed).make();
             const QString body = noteBody(document);
@@ -42,9 +39,11 @@ private Q_SLOTS:
             const NoteDocument read = readMarkdown(markdown);
             const bool isSame = stored == document && read == document;
             if (!isSame) {
-                std::fprintf(stderr, "PLIM_TEST_SEED=%u\n%s\n\nstored: %s\n\n%s\n\nread: %s\n",
-                             seed, qPrintable(body), qPrintable(noteBody(stored)),
-                             qPrintable(markdown), qPrintable(noteBody(read)));
+                std::fprintf(
+                    stderr,
+                    "PLIM_TEST_SEED=%u PLIM_TEST_COUNT=1\n%s\n\nstored: %s\n\n%s\n\nread: %s\n",
+                    seed, qPrintable(body), qPrintable(noteBody(stored)), qPrintable(markdown),
+                    qPrintable(noteBody(read)));
             }
             QVERIFY2(stored == document, qPrintable(u"PLIM_TEST_SEED=%1"_s.arg(seed)));
             QVERIFY2(read == document, qPrintable(u"PLIM_TEST_SEED=%1"_s.arg(seed)));
