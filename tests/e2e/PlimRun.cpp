@@ -203,6 +203,15 @@ void PlimRun::sendSignal(int signal) const
 {
     ::kill(pid_t(m_process.processId()), signal);
 }
+WindowOnScreen PlimRun::windowTitled(const QString &title) const
+{
+    for (const xcb_window_t window : windows()) {
+        if (m_server->text(window, "_NET_WM_NAME") == title.toUtf8())
+            return {*m_server, window};
+    }
+    return {*m_server, XCB_NONE};
+}
+
 
 void PlimRun::closeWindow() const
 {

@@ -86,6 +86,8 @@ public:
     [[nodiscard]] QJsonArray notesOnDisk() const;
     [[nodiscard]] QString bodyOnDisk(int index = 0) const;
 
+    /// Nobody's window while there is none of that title on the screen.
+    [[nodiscard]] WindowOnScreen windowTitled(const QString &title) const;
 private:
     [[nodiscard]] QList<xcb_window_t> windows() const;
 

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QJsonDocument>
-#include <QSettings>
 #include <QTest>
 
 #include <csignal>
@@ -36,12 +35,6 @@ constexpr Format formats[]{
     {"ctrl+shift+l", "eight", "<ul><li>eight</li></ul>"},
     {"ctrl+shift+c", "nine", "nine</li></ul>"},
 };
-
-void speak(const ThrowAwayHome &home, const QString &language)
-{
-    QSettings settings(home.path(u".config/Plim/Plim.conf"_s), QSettings::IniFormat);
-    settings.setValue(u"plimLanguage"_s, language);
-}
 
 QString lineOf(const PlimRun &plim)
 {
@@ -101,7 +94,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, language);
         const ThrowAwayHome home;
-        speak(home, language);
+        storeLanguage(home, language);
         const QString body = u"<h1>A</h1>"_s + plain;
         storeNotes(home, {storedNote(storedID(0), body), storedNote(storedID(1), body)});
         PlimRun plim(home);
@@ -118,7 +111,7 @@ private Q_SLOTS:
     void whatIsChosenInAMenuIsDoneToTheSelection()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotes(home, {storedNote(storedID(0), u"<h1>A</h1>"_s + plain)});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -151,7 +144,7 @@ private Q_SLOTS:
     void aMenuIsClosedAsItWasOpened()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"A"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -209,7 +202,7 @@ private Q_SLOTS:
     void anEarlierVersionComesBackOnTheDisk()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"Old"_s});
         QVERIFY(QFile::rename(home.path(u"data/Plim/notes.json"_s),
                               home.path(u"data/Plim/notes.json.bak.1"_s)));
