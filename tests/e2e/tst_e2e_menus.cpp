@@ -183,14 +183,16 @@ private Q_SLOTS:
         const StickyOnScreen sticky = plim.stickies().constFirst();
         XTools::xdotool({u"windowminimize"_s, QString::number(plim.mainWindow().id())});
         QTRY_VERIFY(plim.mainWindow().id() == XCB_NONE);
+        QVERIFY(sticky.waitUntilActive());
         sticky.click(StickyOnScreen::page());
-        QTRY_VERIFY(sticky.isActive());
-        plim.press({u"ctrl+f"_s});
-        QTRY_VERIFY(plim.mainWindow().id() != XCB_NONE && plim.mainWindow().isActive());
+        QVERIFY(plim.pressUntil(u"ctrl+f"_s, [&] {
+            return plim.mainWindow().id() != XCB_NONE && plim.mainWindow().isActive();
+        }));
+        QTRY_VERIFY(plim.isSearching());
         plim.type(u"zzz"_s); // into the search, and into no note
         plim.press({u"Escape"_s});
-        sticky.activate();
-        QTRY_VERIFY(sticky.isActive());
+        QVERIFY(sticky.waitUntilActive());
+        QVERIFY(plim.waitUntilWriting(0)); // again: where it was before
         plim.press({u"ctrl+n"_s});
         QTRY_COMPARE(plim.notesOnDisk().size(), 3);
         QTRY_VERIFY(plim.mainWindow().isActive());
@@ -210,8 +212,7 @@ private Q_SLOTS:
         PlimRun plim(home);
         QVERIFY(plim.open());
         QVERIFY(plim.openSticky(0, storedID(4)));
-        plim.mainWindow().activate();
-        QTRY_VERIFY(plim.mainWindow().isActive());
+        QVERIFY(plim.mainWindow().waitUntilActive());
         QVERIFY(plim.selectRow(0, storedID(4)));
         plim.click(page);
         plim.press({u"ctrl+End"_s});
