@@ -279,7 +279,6 @@ private:
             return late;
         });
         m_mostAllowed = std::max(m_mostAllowed, allowed);
-        std::printf("DBG allowed %.3f waits5 %.3f\n", seconds(allowed), seconds(lateness(killed - 700ms, killed)));
         const Duration missing = typed.missing(stored, killed);
         m_lost += stored < typed.size();
         m_most = std::max(m_most, missing);
