@@ -131,8 +131,9 @@ private Q_SLOTS:
                 m_home = std::make_unique<ThrowAwayHome>();
                 storeNotes(*m_home, {storedNote(noteID, heading)});
                 m_words = u""_s;
+                m_next.clear();
             }
-            killOnce(manner);
+            killOnce(manner, done % 2 == 0);
             if (QTest::currentTestFailed())
                 return;
             if (kills > shortRun && (done + 1) % 10 == 0)
@@ -184,7 +185,8 @@ private:
         return words.size() + (words.endsWith(u' ') ? 5 : 0);
     }
 
-    void killOnce(Manner manner)
+    /// With `isWhenDue` one who pauses is killed as soon as everything must be there.
+    void killOnce(Manner manner, bool isWhenDue)
     {
         PlimRun plim(*m_home);
         QVERIFY(plim.open());
@@ -228,8 +230,7 @@ private:
             sleepUntil(
                 std::min({end, nextKey, Clock::now() + (manner == Manner::Saving ? 1ms : 20ms)}));
         }
-        if (manner == Manner::Pausing && m_random.bounded(2) == 0) {
-            // As soon as everything must be there
+        if (manner == Manner::Pausing && isWhenDue) {
             while (typed.due(Clock::now(), lateness) < typed.size()) {
                 sleepUntil(Clock::now() + 5ms);
                 wait.look();
