@@ -26,14 +26,17 @@ public:
     ~PlimRun();
 
     /// In which the program runs in that home, for a run that the test itself starts.
-    [[nodiscard]] static QProcessEnvironment environment(const ThrowAwayHome &home, const QString &display);
+    [[nodiscard]] static QProcessEnvironment environment(const ThrowAwayHome &home,
+                                                         const QString &display);
     [[nodiscard]] static QString program();
-    /// Before it starts: a test that crashes leaves no window behind, which would lie in the next one's way.
+    /// Before it starts: a test that crashes leaves no window behind, which would lie in the next
+    /// one's way.
     static void endWithTest(QProcess &process);
 
     /// Of the environment in which the program will be started.
     void setVariable(const QString &name, const QString &value) { m_variables.insert(name, value); }
-    /// Starts the program and waits until its main window can be seen. On another display when one is given.
+    /// Starts the program and waits until its main window can be seen. On another display when one
+    /// is given.
     [[nodiscard]] bool open(const QString &display = {});
     /// Clicks "New note" and waits until the editor has it.
     [[nodiscard]] bool addNote();

@@ -41,8 +41,9 @@ constexpr int strokesBeforeRest = 12;
 constexpr auto longestSave = 6ms; ///< the writing takes less, most of the time
 /// That a key takes to the store, and what is stored to the disk: between the two, timers run.
 constexpr auto way = 300ms;
-/// That a busy machine may cost the two ways together. On an idle one they take a tenth.
-constexpr auto latest = 300ms;
+/// That a busy machine may cost the two ways together, at most; an idle one costs them hardly a
+/// tenth of a second.
+constexpr auto latest = 1000ms;
 constexpr auto slowWork = 10ms * (slowness - 1); ///< what a sanitizer costs them
 
 enum class Manner {

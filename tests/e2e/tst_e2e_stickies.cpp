@@ -238,9 +238,8 @@ void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
     const auto button = [&] { sticky.clickControl(StickyOnScreen::Pin); };
     const auto keys = [&] {
         const bool wasPinned = sticky.hasState("_NET_WM_STATE_ABOVE");
-        (void)plim.pressUntil(u"ctrl+shift+p"_s, [&] {
-            return sticky.hasState("_NET_WM_STATE_ABOVE") != wasPinned;
-        });
+        (void)plim.pressUntil(u"ctrl+shift+p"_s,
+                              [&] { return sticky.hasState("_NET_WM_STATE_ABOVE") != wasPinned; });
     };
     QVERIFY(pinBy(button, true));
     QVERIFY(pinBy(button, false));

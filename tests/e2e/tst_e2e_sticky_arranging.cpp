@@ -86,8 +86,8 @@ struct Desk {
             plim.optionsOf(sticky)->click(place);
             // What is clicked next is there when the options have grown by it.
             if (place == sorting &&
-                !QTest::qWaitFor(
-                    [&] { return optionsPlace(sticky).height() > before.height(); }, longEnough))
+                !QTest::qWaitFor([&] { return optionsPlace(sticky).height() > before.height(); },
+                                 longEnough))
                 return false;
         }
         return QTest::qWaitFor([&] { return !plim.optionsOf(sticky) && sticky.isActive(); },

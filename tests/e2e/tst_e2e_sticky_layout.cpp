@@ -92,10 +92,11 @@ void TestEndToEndStickyLayout::theyAreWhereTheyWereLeft()
 void TestEndToEndStickyLayout::oneThatWasCollapsedIsOneStepAway_data()
 {
     QTest::addColumn<Gesture>("expand");
-    QTest::newRow("its button") << Gesture(
-        [](const PlimRun &, const StickyOnScreen &sticky) { sticky.clickControl(StickyOnScreen::Fold); });
-    QTest::newRow("a double click")
-        << Gesture([](const PlimRun &, const StickyOnScreen &sticky) { sticky.doubleClick(QPoint(100, 28)); });
+    QTest::newRow("its button") << Gesture([](const PlimRun &, const StickyOnScreen &sticky) {
+        sticky.clickControl(StickyOnScreen::Fold);
+    });
+    QTest::newRow("a double click") << Gesture(
+        [](const PlimRun &, const StickyOnScreen &sticky) { sticky.doubleClick(QPoint(100, 28)); });
     QTest::newRow("the keyboard") << Gesture([](const PlimRun &plim, const StickyOnScreen &sticky) {
         const auto isExpanded = [&] { return sticky.geometry().height() > 56; };
         QVERIFY(sticky.waitUntilActive());
