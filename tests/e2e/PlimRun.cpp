@@ -15,6 +15,8 @@ namespace
 {
 using XTools::patience;
 const QPoint newNoteButton(415, 24);
+const QRect withinSearch(280, 56, 100, 16);
+const QRect besideSearch(280, 42, 100, 4);
 
 QPoint rowCentre(int row)
 {
@@ -24,6 +26,16 @@ QPoint rowCentre(int row)
 QPoint stickyButton(int row)
 {
     return {357, rowCentre(row).y()};
+}
+
+double meanGrey(const QImage &image)
+{
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += qGray(image.pixel(x, y));
+    }
+    return sum / std::max(1, image.width() * image.height());
 }
 } // namespace
 
@@ -191,6 +203,15 @@ std::optional<WindowOnScreen> PlimRun::menu() const
     return std::nullopt;
 }
 
+WindowOnScreen PlimRun::windowTitled(const QString &title) const
+{
+    for (const xcb_window_t window : windows()) {
+        if (m_server->text(window, "_NET_WM_NAME") == title.toUtf8())
+            return {*m_server, window};
+    }
+    return {*m_server, XCB_NONE};
+}
+
 bool PlimRun::showsHelpTip() const
 {
     const QList<xcb_window_t> onScreen = windows();
@@ -202,6 +223,21 @@ bool PlimRun::showsHelpTip() const
 void PlimRun::sendSignal(int signal) const
 {
     ::kill(pid_t(m_process.processId()), signal);
+}
+
+bool PlimRun::isSearching() const
+{
+    // Of white, over what is beside it: 8 % without the keyboard, 12 % with it.
+    constexpr double between = 0.1;
+    const double beside = meanGrey(mainWindow().pixels(besideSearch));
+    const double within = meanGrey(mainWindow().pixels(withinSearch));
+    return (within - beside) / (255 - beside) > between;
+}
+
+bool PlimRun::waitUntilWriting(int index) const
+{
+    const QString before = bodyOnDisk(index);
+    return pressUntil(u"w"_s, [&] { return bodyOnDisk(index) != before; });
 }
 
 void PlimRun::closeWindow() const

@@ -26,14 +26,17 @@ public:
     ~PlimRun();
 
     /// In which the program runs in that home, for a run that the test itself starts.
-    [[nodiscard]] static QProcessEnvironment environment(const ThrowAwayHome &home, const QString &display);
+    [[nodiscard]] static QProcessEnvironment environment(const ThrowAwayHome &home,
+                                                         const QString &display);
     [[nodiscard]] static QString program();
-    /// Before it starts: a test that crashes leaves no window behind, which would lie in the next one's way.
+    /// Before it starts: a test that crashes leaves no window behind, which would lie in the next
+    /// one's way.
     static void endWithTest(QProcess &process);
 
     /// Of the environment in which the program will be started.
     void setVariable(const QString &name, const QString &value) { m_variables.insert(name, value); }
-    /// Starts the program and waits until its main window can be seen. On another display when one is given.
+    /// Starts the program and waits until its main window can be seen. On another display when one
+    /// is given.
     [[nodiscard]] bool open(const QString &display = {});
     /// Clicks "New note" and waits until the editor has it.
     [[nodiscard]] bool addNote();
@@ -54,6 +57,28 @@ public:
     [[nodiscard]] QRect geometry() const;
     void type(const QString &text) const { XTools::type(text); }
     void press(const QStringList &keys) const { XTools::press(keys); }
+    /// For a key that comes right after a window got the keyboard: the program may learn of that
+    /// later, and the key be lost. Pressed again only when it has come to nothing for long.
+    template <typename Condition>
+    [[nodiscard]] bool pressUntil(const QString &key, Condition isDone) const
+    {
+        constexpr int tries = 4;
+        for (int attempt = 0; attempt < tries; ++attempt) {
+            press({key});
+            if (QTest::qWaitFor(isDone, XTools::patience / tries))
+                return true;
+        }
+        return false;
+    }
+    /// Takes the keyboard to the search by its key.
+    [[nodiscard]] bool goToSearch() const
+    {
+        return pressUntil(QStringLiteral("ctrl+f"), [this] { return isSearching(); });
+    }
+    /// The search has the keyboard, as its colour tells.
+    [[nodiscard]] bool isSearching() const;
+    /// Writes a word until it arrives in that note's file: what comes next arrives there, too.
+    [[nodiscard]] bool waitUntilWriting(int index) const;
 
     [[nodiscard]] const XWitness &server() const { return *m_server; }
     /// Nobody's window while there is none on the screen.
@@ -64,6 +89,8 @@ public:
     [[nodiscard]] std::optional<WindowOnScreen> optionsOf(const WindowOnScreen &window) const;
     /// The main window's menu that is open; the outer one, when there is one in it.
     [[nodiscard]] std::optional<WindowOnScreen> menu() const;
+    /// Nobody's window while there is none of that title on the screen.
+    [[nodiscard]] WindowOnScreen windowTitled(const QString &title) const;
     [[nodiscard]] bool showsHelpTip() const;
 
     void sendSignal(int signal) const;

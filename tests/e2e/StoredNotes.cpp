@@ -1,6 +1,7 @@
 #include "tests/e2e/StoredNotes.h"
 
 #include <QJsonDocument>
+#include <QSettings>
 
 using namespace Qt::StringLiterals;
 
@@ -36,4 +37,10 @@ void storeNotes(const ThrowAwayHome &home, const QJsonArray &notes)
     if (!file.open(QIODevice::WriteOnly) ||
         file.write(QJsonDocument(notes).toJson(QJsonDocument::Compact)) <= 0)
         qFatal("The test's own notes could not be written");
+}
+
+void storeLanguage(const ThrowAwayHome &home, const QString &language)
+{
+    QSettings settings(home.path(u".config/Plim/Plim.conf"_s), QSettings::IniFormat);
+    settings.setValue(u"plimLanguage"_s, language);
 }

@@ -14,3 +14,5 @@
 /// starts.
 void storeNotesCalled(const ThrowAwayHome &home, const QStringList &headings);
 void storeNotes(const ThrowAwayHome &home, const QJsonArray &notes);
+/// "pl" or "en", as chosen in an earlier run.
+void storeLanguage(const ThrowAwayHome &home, const QString &language);

@@ -6,12 +6,15 @@ void TypedText::add(char key, Clock::time_point when)
     m_times.push_back(when);
 }
 
-qsizetype TypedText::due(Clock::time_point moment, Duration allowance) const
+qsizetype TypedText::due(Clock::time_point moment, const Lateness &lateness) const
 {
+    const auto isOver = [&lateness](Duration limit, Clock::time_point from, Clock::time_point to) {
+        return to - from > limit && to - from > limit + lateness(from, to);
+    };
     for (qsizetype i = size() - 1; i >= 0; --i) {
         const Clock::time_point typed = m_times[std::size_t(i)];
         const Clock::time_point next = i + 1 < size() ? m_times[std::size_t(i) + 1] : moment;
-        if (next - typed > afterPause + allowance || moment - typed > withoutPause + allowance)
+        if (isOver(afterPause, typed, next) || isOver(withoutPause, typed, moment))
             return i + 1;
     }
     return 0;

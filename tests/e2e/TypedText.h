@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <vector>
 
 /// What was typed and when, and how much of it must be on the disk at any moment.
@@ -15,16 +16,18 @@ public:
     /// What is saved while the typing pauses: the page reports 120 ms after the last key, the store
     /// writes half a second after the last report; what is left is for the two of them to do it.
     static constexpr std::chrono::milliseconds afterPause{700};
-    /// And what is saved while it never does: five seconds after the first report that is not
-    /// saved. The page makes a report every 80 ms, but only with a key.
-    static constexpr std::chrono::milliseconds withoutPause{5200};
+    /// And what is saved while it never does.
+    static constexpr std::chrono::milliseconds withoutPause{5000};
+
+    /// What a program without a fault may be later by than a machine with nothing else to do would
+    /// have it, for a key of the one moment that must be saved before the other.
+    using Lateness = std::function<Duration(Clock::time_point, Clock::time_point)>;
 
     void add(char key, Clock::time_point when);
     [[nodiscard]] const QString &text() const { return m_text; }
     [[nodiscard]] qsizetype size() const { return m_text.size(); }
-    /// How many of the characters must be there for one who looks at that moment, on a machine that
-    /// takes so much longer for everything than one that has nothing else to do.
-    [[nodiscard]] qsizetype due(Clock::time_point moment, Duration allowance) const;
+    /// How many of the characters must be there for one who looks at that moment.
+    [[nodiscard]] qsizetype due(Clock::time_point moment, const Lateness &lateness) const;
     /// How long before that moment the first key was typed that is not among the stored; nothing
     /// when all are.
     [[nodiscard]] Duration missing(qsizetype stored, Clock::time_point moment) const;

@@ -2,7 +2,7 @@
 //
 // Drives the built program on the display of the environment, as one who works a hundred times as
 // fast, and looks at what its processes take whenever everything is put away again. Ends with 0
-// when nothing has grown since the first quarter of the time.
+// when after the first quarter of the time nothing has grown until the end.
 
 #include "tests/e2e/Keyboard.h"
 #include "tests/e2e/PlimRun.h"
@@ -245,14 +245,14 @@ private:
         std::vector<Look> looks = m_looks;
         std::erase_if(looks,
                       [this](const Look &look) { return look.minutes < warmUp * m_minutes; });
-        if (looks.size() < 4) {
+        const auto fifth = std::ptrdiff_t(looks.size() / 5);
+        if (fifth == 0) {
             std::printf("FAILED: too short to judge\n");
             return false;
         }
-        const auto half = looks.begin() + std::ptrdiff_t(looks.size() / 2);
-        const Stretch before = Stretch::of({looks.begin(), half});
-        const Stretch after = Stretch::of({half, looks.end()});
-        std::printf("\n%-14s %12s %12s\n", "", "first half", "second half");
+        const Stretch before = Stretch::of({looks.begin(), looks.begin() + fifth});
+        const Stretch after = Stretch::of({looks.end() - fifth, looks.end()});
+        std::printf("\n%-14s %12s %12s\n", "", "first fifth", "last fifth");
         std::printf("%-14s %12.1f %12.1f\n", "MB, median", before.megabytes, after.megabytes);
         bool isFlat = after.megabytes <= allowedGrowth * before.megabytes;
         const auto row = [&isFlat](const char *name, qsizetype first, qsizetype second) {

@@ -159,8 +159,7 @@ void TestDates::datesFromFarAway()
     PlimRun plim(home);
     QVERIFY(plim.open());
     QVERIFY(plim.openSticky(0, storedID(0)));
-    plim.mainWindow().activate();
-    QTRY_VERIFY(plim.mainWindow().isActive());
+    QVERIFY(plim.mainWindow().waitUntilActive());
     QVERIFY(plim.selectRow(1, storedID(1)));
     plim.type(u"b"_s);
     QTRY_COMPARE(plim.bodyOnDisk(1), u"<h1>A</h1>b"_s);

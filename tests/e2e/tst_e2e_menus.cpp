@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QJsonDocument>
-#include <QSettings>
 #include <QTest>
 
 #include <csignal>
@@ -36,12 +35,6 @@ constexpr Format formats[]{
     {"ctrl+shift+l", "eight", "<ul><li>eight</li></ul>"},
     {"ctrl+shift+c", "nine", "nine</li></ul>"},
 };
-
-void speak(const ThrowAwayHome &home, const QString &language)
-{
-    QSettings settings(home.path(u".config/Plim/Plim.conf"_s), QSettings::IniFormat);
-    settings.setValue(u"plimLanguage"_s, language);
-}
 
 QString lineOf(const PlimRun &plim)
 {
@@ -101,7 +94,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, language);
         const ThrowAwayHome home;
-        speak(home, language);
+        storeLanguage(home, language);
         const QString body = u"<h1>A</h1>"_s + plain;
         storeNotes(home, {storedNote(storedID(0), body), storedNote(storedID(1), body)});
         PlimRun plim(home);
@@ -118,7 +111,7 @@ private Q_SLOTS:
     void whatIsChosenInAMenuIsDoneToTheSelection()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotes(home, {storedNote(storedID(0), u"<h1>A</h1>"_s + plain)});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -151,7 +144,7 @@ private Q_SLOTS:
     void aMenuIsClosedAsItWasOpened()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"A"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -190,14 +183,16 @@ private Q_SLOTS:
         const StickyOnScreen sticky = plim.stickies().constFirst();
         XTools::xdotool({u"windowminimize"_s, QString::number(plim.mainWindow().id())});
         QTRY_VERIFY(plim.mainWindow().id() == XCB_NONE);
+        QVERIFY(sticky.waitUntilActive());
         sticky.click(StickyOnScreen::page());
-        QTRY_VERIFY(sticky.isActive());
-        plim.press({u"ctrl+f"_s});
-        QTRY_VERIFY(plim.mainWindow().id() != XCB_NONE && plim.mainWindow().isActive());
+        QVERIFY(plim.pressUntil(u"ctrl+f"_s, [&] {
+            return plim.mainWindow().id() != XCB_NONE && plim.mainWindow().isActive();
+        }));
+        QTRY_VERIFY(plim.isSearching());
         plim.type(u"zzz"_s); // into the search, and into no note
         plim.press({u"Escape"_s});
-        sticky.activate();
-        QTRY_VERIFY(sticky.isActive());
+        QVERIFY(sticky.waitUntilActive());
+        QVERIFY(plim.waitUntilWriting(0)); // again: where it was before
         plim.press({u"ctrl+n"_s});
         QTRY_COMPARE(plim.notesOnDisk().size(), 3);
         QTRY_VERIFY(plim.mainWindow().isActive());
@@ -209,7 +204,7 @@ private Q_SLOTS:
     void anEarlierVersionComesBackOnTheDisk()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"Old"_s});
         QVERIFY(QFile::rename(home.path(u"data/Plim/notes.json"_s),
                               home.path(u"data/Plim/notes.json.bak.1"_s)));
@@ -217,8 +212,7 @@ private Q_SLOTS:
         PlimRun plim(home);
         QVERIFY(plim.open());
         QVERIFY(plim.openSticky(0, storedID(4)));
-        plim.mainWindow().activate();
-        QTRY_VERIFY(plim.mainWindow().isActive());
+        QVERIFY(plim.mainWindow().waitUntilActive());
         QVERIFY(plim.selectRow(0, storedID(4)));
         plim.click(page);
         plim.press({u"ctrl+End"_s});

@@ -138,7 +138,7 @@ void TestEndToEnd::lastWordsAreKeptWhateverEndsIt()
 void TestEndToEnd::lostDisplayKeepsWhatWasReported()
 {
     QProcess server;
-    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s, u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-r"_s});
     QVERIFY(server.waitForStarted());
     QByteArray number;
     QTRY_VERIFY_WITH_TIMEOUT((number += server.readAllStandardOutput()).endsWith('\n'), longEnough);

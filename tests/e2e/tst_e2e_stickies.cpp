@@ -62,15 +62,14 @@ void TestEndToEndStickies::aRowsButtonOpensItsCard()
     QVERIFY(!plim.bodyOnDisk(1).contains(u"first"));
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{u"810,430 300x340"_s});
     QCOMPARE(StoredLayout(home).noteIDs(), QStringList{storedID(0)});
-    QVERIFY(sticky.showsText());
+    QTRY_VERIFY(sticky.showsText());
 
     QVERIFY(sticky.hasState("_NET_WM_STATE_SKIP_TASKBAR"));
     QVERIFY(!plim.mainWindow().hasState("_NET_WM_STATE_SKIP_TASKBAR"));
 
     // Its row says that it is out, and brings it to the front.
-    plim.mainWindow().activate();
+    QVERIFY(plim.mainWindow().waitUntilActive());
     plim.point(search);
-    QTRY_VERIFY(plim.mainWindow().isActive());
     QTRY_VERIFY(!isFlat(plim.mainWindow().pixels(firstButton)));
     QVERIFY(isFlat(plim.mainWindow().pixels(secondButton)));
     plim.click(firstButton.center());
@@ -227,19 +226,21 @@ void TestEndToEndStickies::onlyAPinnedCardStaysInFront()
     QTRY_VERIFY(isCovered());
 
     const auto pinBy = [&](const std::function<void()> &gesture, bool isPinned) {
-        sticky.activate();
-        if (!QTest::qWaitFor([&] { return sticky.isActive() && !isCovered(); }, longEnough))
+        if (!sticky.waitUntilActive() || !QTest::qWaitFor([&] { return !isCovered(); }, longEnough))
             return false;
         gesture();
         if (!QTest::qWaitFor([&] { return sticky.hasState("_NET_WM_STATE_ABOVE") == isPinned; },
                              longEnough))
             return false;
-        other.activate();
-        return QTest::qWaitFor([&] { return other.isActive(); }, longEnough) &&
+        return other.waitUntilActive() &&
                QTest::qWaitFor([&] { return isCovered() != isPinned; }, longEnough);
     };
     const auto button = [&] { sticky.clickControl(StickyOnScreen::Pin); };
-    const auto keys = [&] { plim.press({u"ctrl+shift+p"_s}); };
+    const auto keys = [&] {
+        const bool wasPinned = sticky.hasState("_NET_WM_STATE_ABOVE");
+        (void)plim.pressUntil(u"ctrl+shift+p"_s,
+                              [&] { return sticky.hasState("_NET_WM_STATE_ABOVE") != wasPinned; });
+    };
     QVERIFY(pinBy(button, true));
     QVERIFY(pinBy(button, false));
     QVERIFY(pinBy(keys, true));

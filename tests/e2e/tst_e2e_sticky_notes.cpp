@@ -48,8 +48,7 @@ void TestEndToEndStickyNotes::whateverClosesItKeepsTheLastWords()
     const std::function<void(const StickyOnScreen &)> ways[]{closeByKeys, closeByButton,
                                                              closeByDesktop};
     for (int note = 0; note < 3; ++note) {
-        plim.mainWindow().activate();
-        QTRY_VERIFY(plim.mainWindow().isActive());
+        QVERIFY(plim.mainWindow().waitUntilActive());
         QVERIFY(plim.openSticky(note, storedID(note)));
         const StickyOnScreen sticky = plim.stickies().constLast();
         sticky.pull(StickyOnScreen::grip(), StickyOnScreen::grip() + QPoint(330 * (note - 1), 390));
@@ -122,8 +121,7 @@ void TestEndToEndStickyNotes::deletingTheNoteClosesItsCard()
                                       StickyOnScreen::grip() + QPoint(560, 300)); // off the buttons
     QTRY_COMPARE(StoredLayout(home).frames(), QStringList{plim.stickies().constFirst().frame()});
     const QJsonArray notes = plim.notesOnDisk();
-    plim.mainWindow().activate();
-    QTRY_VERIFY(plim.mainWindow().isActive());
+    QVERIFY(plim.mainWindow().waitUntilActive());
     plim.point(row(1));
     plim.click(QPoint(412, row(1).y()));
     plim.press({u"shift+Tab"_s, u"shift+Tab"_s, u"Return"_s});
@@ -148,9 +146,10 @@ void TestEndToEndStickyNotes::theProgramGoesOnWithoutItsMainWindow()
     QVERIFY(plim.openSticky(1, storedID(1)));
     const StickyOnScreen sticky = plim.stickies().constFirst();
     const QRect place = plim.geometry();
-    plim.mainWindow().activate();
+    QVERIFY(plim.mainWindow().waitUntilActive());
     plim.click(closeMain);
     QTRY_COMPARE(plim.mainWindow().id(), xcb_window_t(XCB_NONE));
+    QVERIFY(sticky.waitUntilActive());
     sticky.click(StickyOnScreen::page());
     plim.type(u"alone"_s);
     QTRY_VERIFY(plim.bodyOnDisk(1).contains(u"alone"));
@@ -186,10 +185,8 @@ void TestEndToEndStickyNotes::aDeadRendererTakesNobodyAlong()
     QVERIFY(plim.open());
     QVERIFY(plim.openSticky(0, storedID(0)));
     const StickyOnScreen folded = plim.stickies().constLast();
-    XTools::press({u"ctrl+m"_s});
-    QTRY_COMPARE(folded.geometry().height(), 56);
-    plim.mainWindow().activate();
-    QTRY_VERIFY(plim.mainWindow().isActive());
+    QVERIFY(plim.pressUntil(u"ctrl+m"_s, [&] { return folded.geometry().height() == 56; }));
+    QVERIFY(plim.mainWindow().waitUntilActive());
     QVERIFY(plim.openSticky(1, storedID(1)));
     const StickyOnScreen open = plim.stickies().constLast();
     const qint64 renderer = plim.rendererId();

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QSettings>
 #include <QTest>
 #include <QUuid>
 
@@ -27,24 +26,6 @@ constexpr int printNote = 5;
 constexpr int pages = 1;
 constexpr int paper = 2;
 
-void speak(const ThrowAwayHome &home, const QString &language)
-{
-    QSettings settings(home.path(u".config/Plim/Plim.conf"_s), QSettings::IniFormat);
-    settings.setValue(u"plimLanguage"_s, language);
-}
-
-/// The program's window with the title, or none.
-xcb_window_t windowTitled(const PlimRun &plim, const QString &title)
-{
-    for (const xcb_window_t window : plim.server().visibleWindows()) {
-        const auto isOurs =
-            plim.server().property(window, "_NET_WM_PID").value(0) == quint32(plim.processId());
-        if (isOurs && plim.server().text(window, "_NET_WM_NAME") == title.toUtf8())
-            return window;
-    }
-    return XCB_NONE;
-}
-
 /// Chooses in the menu "Note" by keys, and waits until the dialog has the keyboard.
 bool choose(const PlimRun &plim, int place, const QString &title)
 {
@@ -62,8 +43,8 @@ bool choose(const PlimRun &plim, int place, const QString &title)
     plim.press(QStringList(place, u"Down"_s) << u"Return"_s);
     return QTest::qWaitFor(
         [&] {
-            const xcb_window_t window = windowTitled(plim, title);
-            return window != XCB_NONE && WindowOnScreen(plim.server(), window).isActive();
+            const WindowOnScreen window = plim.windowTitled(title);
+            return window.id() != XCB_NONE && window.isActive();
         },
         longEnough);
 }
@@ -105,7 +86,7 @@ private Q_SLOTS:
         QFETCH(QString, language);
         QFETCH(QString, title);
         const ThrowAwayHome home;
-        speak(home, language);
+        storeLanguage(home, language);
         storeNotesCalled(home, {u"Tea"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -123,7 +104,7 @@ private Q_SLOTS:
         // Esc changes nothing, and the program is quit while a dialog is open.
         QVERIFY(choose(plim, exportNote, title));
         plim.press({u"Escape"_s});
-        QTRY_COMPARE(windowTitled(plim, title), xcb_window_t(XCB_NONE));
+        QTRY_COMPARE(plim.windowTitled(title).id(), xcb_window_t(XCB_NONE));
         QVERIFY(choose(plim, exportNote, title));
         plim.sendSignal(SIGTERM);
         QCOMPARE(plim.exitCode(), 0);
@@ -133,7 +114,7 @@ private Q_SLOTS:
     void allNotesAreExportedAndComeBack()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"Tea"_s, u"Milk"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
@@ -167,15 +148,15 @@ private Q_SLOTS:
     void aStickyWindowsNoteIsPrinted()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         storeNotesCalled(home, {u"Tea"_s, u"Milk"_s});
         PlimRun plim(home);
         QVERIFY(plim.open());
         QVERIFY(plim.openSticky(1, storedID(1)));
         plim.stickies().constFirst().click(StickyOnScreen::page());
         plim.press({u"ctrl+p"_s});
-        QTRY_VERIFY(windowTitled(plim, u"Print note"_s) != XCB_NONE);
-        QTRY_VERIFY(WindowOnScreen(plim.server(), windowTitled(plim, u"Print note"_s)).isActive());
+        QTRY_VERIFY(plim.windowTitled(u"Print note"_s).id() != XCB_NONE);
+        QTRY_VERIFY(plim.windowTitled(u"Print note"_s).isActive());
         plim.press({u"Return"_s});
         const QString file = home.path(u"Milk.pdf"_s);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), XTools::patience);
@@ -186,7 +167,7 @@ private Q_SLOTS:
     void theEndAmidAnExportLeavesNothingHalf()
     {
         const ThrowAwayHome home;
-        speak(home, u"en"_s);
+        storeLanguage(home, u"en"_s);
         constexpr int count = 2000; // it must not be through before it is told to end
         QJsonArray notes;
         for (int i = 0; i < count; ++i)

@@ -13,6 +13,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 using XTools::patience;
+// Of the languages below the list, from the main window's upper left corner
+const QPoint english(361, 680);
+const QPoint polish(407, 680);
 const QStringList polishMenu{u"Pokaż / ukryj okno"_s,
                              u"Nowa notatka [Control+N]"_s,
                              u"-"_s,
@@ -196,6 +199,17 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(item().menuText(), polishMenu, patience);
         QTRY_COMPARE(item().toolTip(), u"Plim — notatki"_s);
         QTRY_VERIFY(stored().contains("plimLanguage=pl"));
+    }
+
+    void theLanguageIsChosenInTheWindow()
+    {
+        startWithItem();
+        m_plim->click(english);
+        QTRY_COMPARE_WITH_TIMEOUT(item().menuText(), englishMenu, patience);
+        QTRY_COMPARE(item().toolTip(), u"Plim — notes"_s);
+        m_plim->click(polish);
+        QTRY_COMPARE_WITH_TIMEOUT(item().menuText(), polishMenu, patience);
+        QTRY_COMPARE(item().toolTip(), u"Plim — notatki"_s);
     }
 
     void quittingWritesWhatWasJustWritten()
