@@ -21,6 +21,7 @@ QString AboutInfo::version()
 QStringList AboutInfo::licences()
 {
     return {
+        u"Plim — MIT"_s,
         u"Qt "_s + QString::fromLatin1(qVersion()) + u" — LGPL 3"_s,
         u"Qt WebEngine (Chromium) — LGPL 3, BSD"_s,
         u"Qt PDF (PDFium) — LGPL 3, BSD"_s,

@@ -95,6 +95,7 @@ QMenu *ApplicationMenus::menu(int index)
         menu->addAction(action);
     }
     menu->installEventFilter(this);
+    connect(menu.get(), &QMenu::aboutToShow, &m_commands, &Commands::menuAboutToShow);
     connect(menu.get(), &QMenu::aboutToHide, this, [this, index] {
         m_justClosed = index;
         QTimer::singleShot(onePress, this, [this] { m_justClosed = -1; });

@@ -90,6 +90,8 @@ public:
     [[nodiscard]] QVariantList keyColumns() const;
 
 Q_SIGNALS:
+    /// A menu is about to be looked at: what it shows of things that others change is asked for now.
+    void menuAboutToShow();
     /// Every text is in another language now.
     void retitled();
 

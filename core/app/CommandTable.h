@@ -27,7 +27,7 @@
     COMMAND(printNote, u"Drukuj…", u"Print…", u"", u"", "printer", "Ctrl+P", Everywhere, "", printNote) \
     \
     COMMAND(undo, u"Cofnij", u"Undo", u"", u"", "arrow.uturn.backward", "Ctrl+Z", Editor, "", undo) \
-    COMMAND(redo, u"Ponów", u"Redo", u"", u"", "arrow.uturn.forward", "Ctrl+Shift+Z", Editor, "", redo) \
+    COMMAND(redo, u"Ponów", u"Redo", u"", u"", "arrow.uturn.forward", "Ctrl+Shift+Z  Ctrl+Y", Editor, "", redo) \
     COMMAND(search, u"Szukaj w notatkach", u"Search in notes", u"", u"", "magnifyingglass", "Ctrl+F", Everywhere, "", search) \
     \
     COMMAND(bold, u"Pogrubienie", u"Bold", u"", u"", "bold", "Ctrl+B", Editor, "", bold) \

@@ -6,12 +6,13 @@
 #include <QGuiApplication>
 #include <QWindow>
 
-MainWindowHiding::MainWindowHiding(TrayWatch &tray, StickyNoteManager &stickyNotes,
-                                   std::chrono::milliseconds trayMayBeGone, QObject *parent)
+#include <algorithm>
+
+MainWindowHiding::MainWindowHiding(TrayWatch &tray, StickyNoteManager &stickyNotes, QObject *parent)
     : QObject(parent), m_tray(tray), m_stickyNotes(stickyNotes)
 {
+    m_sinceStart.start();
     m_showAtLast.setSingleShot(true);
-    m_showAtLast.setInterval(trayMayBeGone);
     connect(&m_showAtLast, &QTimer::timeout, this, &MainWindowHiding::bringToFront);
     connect(&m_tray, &TrayWatch::isThereChanged, this, &MainWindowHiding::follow);
     connect(&m_tray, &TrayWatch::known, this, &MainWindowHiding::follow);
@@ -53,11 +54,20 @@ void MainWindowHiding::follow()
 {
     const QWindow *window = WindowHolder::shared().window;
     m_isHidden = m_isHidden && window && !window->isVisible();
+    m_hasHadTray = m_hasHadTray || m_tray.isThere();
     QGuiApplication::setQuitOnLastWindowClosed(!(m_isHidden && m_tray.isThere()));
     const bool hasStickies =
         m_stickyNotes.isRestoring() || m_stickyNotes.activeNoteIDs().count() > 0;
     if (!m_isHidden || !m_tray.isKnown() || m_tray.isThere() || hasStickies)
         m_showAtLast.stop();
     else if (!m_showAtLast.isActive())
-        m_showAtLast.start();
+        m_showAtLast.start(patience());
+}
+
+std::chrono::milliseconds MainWindowHiding::patience() const
+{
+    if (m_hasHadTray)
+        return m_patience.withTrayGone;
+    return std::max(m_patience.withTrayGone,
+                    m_patience.withTrayToCome - std::chrono::milliseconds(m_sinceStart.elapsed()));
 }

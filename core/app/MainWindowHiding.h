@@ -3,6 +3,7 @@
 #include "shell/TrayWatch.h"
 #include "sticky/StickyNoteManager.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -10,18 +11,23 @@
 
 /// Hides the main window and shows it again. While it is hidden the program can always be reached:
 /// by its status item or by a sticky window; when the last of these goes, the window is back. It is
-/// not when the tray returns within a moment, as panels that are started anew do.
+/// not when the tray returns within a moment, as panels that are started anew do. With a session
+/// that only begins, the panel may take longer.
 class MainWindowHiding : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::milliseconds moment{3000};
+    struct Patience {
+        std::chrono::milliseconds withTrayGone{3000};
+        std::chrono::milliseconds withTrayToCome{10'000}; ///< from the start of the program
+    };
 
     explicit MainWindowHiding(TrayWatch &tray = TrayWatch::shared(),
                               StickyNoteManager &stickyNotes = StickyNoteManager::shared(),
-                              std::chrono::milliseconds trayMayBeGone = moment,
                               QObject *parent = nullptr);
+
+    void setPatience(const Patience &patience) { m_patience = patience; }
 
     /// Hides a window that can be seen, and brings any other to the front. Where nothing else of
     /// the program would be left it is minimised instead.
@@ -34,9 +40,13 @@ public:
 
 private:
     void follow();
+    [[nodiscard]] std::chrono::milliseconds patience() const;
 
     TrayWatch &m_tray;
     StickyNoteManager &m_stickyNotes;
+    Patience m_patience;
     QTimer m_showAtLast;
     bool m_isHidden = false; ///< on purpose, and not closed
+    bool m_hasHadTray = false;
+    QElapsedTimer m_sinceStart;
 };

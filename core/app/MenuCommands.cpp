@@ -45,6 +45,8 @@ MenuCommands::MenuCommands(NoteStore &store, ContentController &content, InfoWin
     connect(&LanguageManager::shared(), &LanguageManager::languageChanged, this,
             &MenuCommands::follow);
     connect(&stickyNotes, &StickyNoteManager::canUndoArrangeChanged, this, &MenuCommands::follow);
+    // The desktop's own settings write the same file.
+    connect(&m_commands, &Commands::menuAboutToShow, this, &MenuCommands::follow);
     for (const QString &id : {u"polish"_s, u"english"_s, u"startAtLogin"_s})
         m_commands.action(id)->setCheckable(true);
     m_commands.action(u"startAtLogin"_s)->setVisible(Autostart::isSupported());

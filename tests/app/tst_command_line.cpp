@@ -56,8 +56,9 @@ private Q_SLOTS:
         const ThrowAwayHome home;
         const Answer answer = ask(home, arguments);
         QCOMPARE(answer.code, 0);
-        for (const QString &part : {u"plim [options]"_s, u"--help"_s, u"--version"_s, u"--new-note"_s,
-                                    u"--toggle-window"_s, u"--quit"_s, u"--hidden"_s})
+        for (const QString &part :
+             {u"plim [options]"_s, u"--help"_s, u"--version"_s, u"--new-note"_s,
+              u"--toggle-window"_s, u"--quit"_s, u"--hidden"_s})
             QVERIFY2(answer.output.contains(part), qPrintable(answer.output));
         QVERIFY2(!answer.output.contains(u"--session"_s), qPrintable(answer.output));
         QCOMPARE(answer.error, QString());

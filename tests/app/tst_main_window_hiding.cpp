@@ -30,11 +30,12 @@ class TestMainWindowHiding : public QObject
     std::unique_ptr<QWindow> m_window;
     std::unique_ptr<MainWindowHiding> m_hiding;
 
-    void start(std::chrono::milliseconds trayMayBeGone = 0ms)
+    void start(const MainWindowHiding::Patience &patience = {0ms, 0ms})
     {
         m_tray =
             std::make_unique<TrayWatch>(QDBusConnection::connectToBus(m_bus->address(), u"tray"_s));
-        m_hiding = std::make_unique<MainWindowHiding>(*m_tray, *m_stickyNotes, trayMayBeGone);
+        m_hiding = std::make_unique<MainWindowHiding>(*m_tray, *m_stickyNotes);
+        m_hiding->setPatience(patience);
     }
     void setTray(bool isThere)
     {
@@ -166,7 +167,7 @@ private Q_SLOTS:
     void aPanelThatIsStartedAnewChangesNothing()
     {
         constexpr auto moment = 1s;
-        start(moment);
+        start({moment, 0ms});
         setTray(true);
         m_hiding->toggle();
         QElapsedTimer gone;
@@ -217,6 +218,20 @@ private Q_SLOTS:
         QTRY_VERIFY(m_tray->isKnown());
         QCoreApplication::processEvents();
         QVERIFY(!m_window->isVisible());
+    }
+    // The panel may be started after Plim is.
+    void aSessionThatBeginsHasTimeForItsTray()
+    {
+        start({0ms, 1h});
+        m_window->setVisible(false);
+        m_hiding->hide();
+        QTRY_VERIFY(m_tray->isKnown());
+        QVERIFY(!QTest::qWaitFor([this] { return m_window->isVisible(); }, 200));
+        setTray(true);
+        QCoreApplication::processEvents();
+        QVERIFY(!m_window->isVisible());
+        setTray(false); // it has been there, and is gone
+        QTRY_VERIFY(m_window->isVisible());
     }
 
     void withoutAWindowNothingHappens()

@@ -1,9 +1,14 @@
+#include "core/app/Autostart.h"
+#include "shell/ApplicationMenus.h"
+#include "shell/L10n.h"
 #include "shell/LanguageManager.h"
 #include "sticky/WindowFront.h"
 #include "tests/app/MenuCommandsFixture.h"
 #include "tests/sticky/FakeStickyWindow.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -25,6 +30,54 @@ class TestMenuCommands : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    // The session
+
+    void startingAtLoginIsSwitchedAndMarked()
+    {
+        Fixture f;
+        const QAction *action = f.commands.action(u"startAtLogin"_s);
+        QVERIFY(!action->isChecked());
+        f.run(u"startAtLogin"_s);
+        QVERIFY(QFile::exists(Autostart::file()));
+        QVERIFY(action->isChecked());
+        f.run(u"startAtLogin"_s);
+        QVERIFY(!QFile::exists(Autostart::file()));
+        QVERIFY(!action->isChecked());
+    }
+
+    // The desktop's own settings take the file away, or put it there.
+    void theMarkIsRightWheneverTheMenuOpens()
+    {
+        Fixture f;
+        ApplicationMenus menus(f.commands);
+        const QAction *action = f.commands.action(u"startAtLogin"_s);
+        f.run(u"startAtLogin"_s);
+        QVERIFY(QFile::remove(Autostart::file()));
+        QMenu *menu = menus.menu(0);
+        QVERIFY(menu->actions().contains(action));
+        QTest::ignoreMessage(QtWarningMsg, cannotRaise);
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+        menu->popup({});
+        QVERIFY(!action->isChecked());
+        menu->hide();
+        f.run(u"startAtLogin"_s);
+        QVERIFY(action->isChecked());
+        QVERIFY(QFile::exists(Autostart::file()));
+    }
+
+    void aStartAtLoginThatCannotBeIsSaid()
+    {
+        Fixture f;
+        QFile blocker(f.home.path(u".config/autostart"_s));
+        QVERIFY(QDir().mkpath(f.home.path(u".config"_s)) && blocker.open(QIODevice::WriteOnly));
+        QSignalSpy notices(&f.content, &ContentController::noticeRequested);
+        f.runInFront(u"startAtLogin"_s);
+        QCOMPARE(notices.count(), 1);
+        QCOMPARE(notices[0][0].toString(), L10n::startAtLoginFailed());
+        QVERIFY(!notices[0][1].toString().isEmpty());
+        QVERIFY(!f.commands.action(u"startAtLogin"_s)->isChecked());
+    }
 
     // Languages
 

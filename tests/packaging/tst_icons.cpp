@@ -71,14 +71,53 @@ private Q_SLOTS:
     }
 
     // A desktop gives it the colour of its text, which it can do with one only.
+    void theSymbolicOneHasOneColor_data() { symbolicOnes(); }
     void theSymbolicOneHasOneColor()
     {
-        const QString file = icons + u"symbolic/apps/org.plim.Plim-symbolic.svg"_s;
+        QFETCH(QString, file);
         QVERIFY(QSvgRenderer(m_package.path(file)).isValid());
         QCOMPARE(m_package.read(file).count("fill="), 1);
     }
 
+    // Every panel that takes the icon by its name finds a drawing whose edges are on its pixels.
+    void theSymbolicOneIsCrisp_data() { symbolicOnes(); }
+    void theSymbolicOneIsCrisp()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, side);
+        QSvgRenderer renderer(m_package.path(file));
+        QCOMPARE(side % renderer.defaultSize().width(), 0);
+        QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        renderer.render(&painter);
+        painter.end();
+        // Across the middle of the body, where nothing is round
+        const int y = side * 3 / 4;
+        int inked = 0;
+        for (int x = 0; x < side; ++x) {
+            const int alpha = qAlpha(image.pixel(x, y));
+            QVERIFY2(alpha == 0 || alpha == 255, qPrintable(u"%1 at %2"_s.arg(alpha).arg(x)));
+            inked += alpha == 255 ? 1 : 0;
+        }
+        QVERIFY(inked > side / 2);
+    }
+
 private:
+    static void symbolicOnes()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("side");
+        const auto row = [](int side, const QString &directory) {
+            QTest::addRow("%d", side)
+                << icons + directory + u"/apps/org.plim.Plim-symbolic.svg"_s << side;
+        };
+        row(16, u"symbolic"_s);
+        row(22, u"22x22"_s);
+        row(24, u"24x24"_s);
+        row(32, u"symbolic"_s);
+    }
+
     UnpackedPackage m_package;
 };
 

@@ -196,6 +196,17 @@ private Q_SLOTS:
         QCOMPARE(faultsIn(about), QStringList());
     }
 
+    void aboutTellsTheLicencesOfWhatIsInside()
+    {
+        Informed w;
+        const QString shown = textsIn(w.showAbout()->contentItem()).join(u'\n');
+        const QString qt = u"Qt "_s + QString::fromLatin1(qVersion());
+        for (const QString &part :
+             {u"Plim"_s, qt, u"Qt WebEngine (Chromium)"_s, u"Qt PDF (PDFium)"_s, u"Outfit"_s,
+              u"Bootstrap Icons"_s, u"Gumbo"_s, u"MD4C"_s, u"XCB"_s})
+            QVERIFY2(shown.contains(part + u" — "_s), qPrintable(part));
+    }
+
     void theFolderIsOpened()
     {
         Informed w;
