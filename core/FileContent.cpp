@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #ifdef Q_OS_UNIX
+#include <cerrno>
 #include <sys/stat.h>
 #endif
 
@@ -23,17 +24,6 @@ FileIdentity identityOf(const struct stat &status)
 } // namespace
 #endif
 
-std::optional<FileIdentity> FileIdentity::of([[maybe_unused]] const QString &path)
-{
-#ifdef Q_OS_UNIX
-    struct stat status {
-    };
-    if (::stat(QFile::encodeName(path).constData(), &status) == 0)
-        return identityOf(status);
-#endif
-    return std::nullopt;
-}
-
 std::optional<FileIdentity> FileIdentity::of([[maybe_unused]] int descriptor)
 {
 #ifdef Q_OS_UNIX
@@ -45,12 +35,30 @@ std::optional<FileIdentity> FileIdentity::of([[maybe_unused]] int descriptor)
     return std::nullopt;
 }
 
+std::optional<FileLook> lookAt(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    struct stat status {
+    };
+    if (::stat(QFile::encodeName(path).constData(), &status) == 0)
+        return FileLook{
+            .exists = true, .isFile = S_ISREG(status.st_mode), .identity = identityOf(status)};
+    if (errno != ENOENT && errno != ENOTDIR) // nothing can be below what is no directory
+        return std::nullopt;
+    return FileLook{};
+#else
+    const QFileInfo info(path);
+    return FileLook{.exists = info.exists(), .isFile = info.isFile(), .identity = std::nullopt};
+#endif
+}
+
 FileContent readFile(const QString &path)
 {
-    FileContent content{path, {}, {}, FileIdentity::of(path)};
+    const std::optional<FileLook> look = lookAt(path);
+    FileContent content{path, {}, {}, look ? look->identity : std::nullopt};
     QFile file(path);
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) { // opening a pipe would wait for somebody to write to it
+    if (look && look->exists &&
+        !look->isFile) { // opening a pipe would wait for somebody to write to it
         content.error = u"not a file"_s;
     } else if (!file.open(QIODevice::ReadOnly)) {
         content.error = file.errorString();

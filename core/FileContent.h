@@ -13,10 +13,20 @@ struct FileIdentity {
     qint64 modified = 0; ///< in nanoseconds
 
     [[nodiscard]] bool operator==(const FileIdentity &) const = default;
-    /// nullopt when there is no such file, or the system has no word for it.
-    [[nodiscard]] static std::optional<FileIdentity> of(const QString &path);
+    /// nullopt when it cannot be told, or the system has no word for it.
     [[nodiscard]] static std::optional<FileIdentity> of(int descriptor);
 };
+
+/// What a name stands for.
+struct FileLook {
+    bool exists = false;
+    bool isFile = false;                  ///< and no directory, nor a pipe
+    std::optional<FileIdentity> identity; ///< nullopt when the system has no word for it
+};
+
+/// nullopt when that cannot be told: then something may be there all the same. The reason is in
+/// errno.
+[[nodiscard]] std::optional<FileLook> lookAt(const QString &path);
 
 struct FileContent {
     QString path;

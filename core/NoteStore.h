@@ -74,8 +74,9 @@ public:
     void moveNote(const QUuid &noteID, const QUuid &targetID); ///< to right before the target
     void moveNoteToEnd(const QUuid &noteID);
 
-    /// Writes the notes half a second from now, or from when it is called again before, but not
-    /// later than five seconds after the first of these calls.
+    /// Writes the notes half a second from now, or from when it is called again before, but so soon
+    /// after the first of these calls that they are on disk five seconds after the key that led to
+    /// it.
     void save();
     /// Whether a write is to come: one that was asked for, or another try.
     [[nodiscard]] bool hasPendingSave() const

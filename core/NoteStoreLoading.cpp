@@ -48,7 +48,8 @@ void NoteStore::load(ReadNotes found)
     const auto read = [this, now = m_clock()](FileContent content) {
         return understood(std::move(content), m_file.imagesDirectory(), now);
     };
-    const bool primaryExists = QFileInfo::exists(m_file.fileURL());
+    const std::optional<FileLook> primary = lookAt(m_file.fileURL());
+    const bool primaryExists = !primary || primary->exists; // for all one knows
     m_file.setSeen(found.content);
     const bool primaryIsRead = found.content.error.isEmpty();
     const bool primaryIsDecoded = found.notes.has_value();

@@ -192,7 +192,10 @@ std::optional<QString> NotesFile::write(const NoteArray &notes) const
 {
     if (!QFileInfo::exists(m_dataDirectory)) // somebody has taken it away
         createDirectories();
-    if (std::optional<QString> error = keepWhatIsThere(notes))
+    const std::optional<FileLook> before = lookAt(fileURL());
+    if (!before)
+        return qt_error_string(errno);
+    if (std::optional<QString> error = keepWhatIsThere(*before, notes))
         return error;
     QSaveFile file(fileURL());
     ContentDigest digest;
@@ -200,7 +203,10 @@ std::optional<QString> NotesFile::write(const NoteArray &notes) const
         return error;
     const std::optional<FileIdentity> identity = FileIdentity::of(file.handle());
     // Not before: a write that fails is tried again and again, and no try may cost a backup.
-    if (QFileInfo::exists(fileURL()))
+    const std::optional<FileLook> replaced = lookAt(fileURL());
+    if (!replaced)
+        return qt_error_string(errno);
+    if (replaced->exists)
         rotate();
     if (!file.commit())
         return file.errorString();
@@ -243,14 +249,11 @@ QString NotesFile::path(const QString &name) const
 
 /// Whether there is a notes file that neither this program has read or written nor is what is to be
 /// written now. Who merely touches the file, or writes the same again, has changed nothing.
-bool NotesFile::hasForeignContent(const NoteArray &notes) const
+bool NotesFile::hasForeignContent(const FileLook &there, const NoteArray &notes) const
 {
-    if (!m_state->isWatched)
+    if (!m_state->isWatched || !there.exists)
         return false;
-    const std::optional<FileIdentity> identity = FileIdentity::of(fileURL());
-    if (identity && identity == m_state->identity)
-        return false;
-    if (!QFileInfo::exists(fileURL()))
+    if (there.identity && there.identity == m_state->identity)
         return false;
     const FileContent content = readFile(fileURL());
     return !content.error.isEmpty() ||
@@ -258,20 +261,18 @@ bool NotesFile::hasForeignContent(const NoteArray &notes) const
 }
 
 /// Before something takes its place. Returns the reason when that must not happen.
-std::optional<QString> NotesFile::keepWhatIsThere(const NoteArray &notes) const
+std::optional<QString> NotesFile::keepWhatIsThere(const FileLook &there,
+                                                  const NoteArray &notes) const
 {
-    const bool isForeign = hasForeignContent(notes);
-    if (!isForeign && !m_state->isDamaged)
-        return std::nullopt;
-    if (QFileInfo::exists(fileURL())) { // or somebody has taken it away meanwhile
+    const bool isForeign = hasForeignContent(there, notes);
+    if (there.exists && (isForeign || m_state->isDamaged)) {
         const QString kept = freeName(isForeign ? u"conflict"_s : u"damaged"_s);
-        const std::optional<FileIdentity> identity = FileIdentity::of(fileURL());
         if (!keepAs(kept))
             return isForeign ? u"the notes.json of another program could not be kept"_s
                              : u"the damaged notes.json could not be kept"_s;
         if (isForeign) {
             m_state->keptConflict = kept;
-            m_state->identity = identity; // it is kept once, also when writing fails now
+            m_state->identity = there.identity; // it is kept once, also when writing fails now
         }
     }
     m_state->isDamaged = false;
@@ -303,10 +304,13 @@ bool NotesFile::isKept(const QByteArray &bytes) const
 /// somebody may still make sense of it. False when that one is in its place still.
 bool NotesFile::makeRoom(const QString &backup) const
 {
-    const std::optional<FileIdentity> identity = FileIdentity::of(backup);
-    const bool isOwn = identity && std::ranges::find(m_state->written, *identity) !=
-                                       m_state->written.end(); // so there is no need to look
-    if (QFileInfo(backup).isFile() && !isOwn) {
+    const std::optional<FileLook> there = lookAt(backup);
+    if (there && !there->exists)
+        return true;
+    const bool isOwn = there && there->identity &&
+                       std::ranges::find(m_state->written, *there->identity) !=
+                           m_state->written.end(); // so there is no need to read it
+    if (!isOwn) {
         const FileContent content = readFile(backup);
         const bool isReadable = content.error.isEmpty();
         const bool isSound = isReadable && decodeNotes(content.bytes, {});

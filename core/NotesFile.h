@@ -74,8 +74,9 @@ private:
 
     [[nodiscard]] QString freeName(const QString &reason) const;
     [[nodiscard]] QString path(const QString &name) const;
-    [[nodiscard]] bool hasForeignContent(const NoteArray &notes) const;
-    [[nodiscard]] std::optional<QString> keepWhatIsThere(const NoteArray &notes) const;
+    [[nodiscard]] bool hasForeignContent(const FileLook &there, const NoteArray &notes) const;
+    [[nodiscard]] std::optional<QString> keepWhatIsThere(const FileLook &there,
+                                                         const NoteArray &notes) const;
     [[nodiscard]] bool keepAs(const QString &kept) const;
     [[nodiscard]] bool isKept(const QByteArray &bytes) const;
     [[nodiscard]] bool makeRoom(const QString &backup) const;

@@ -80,7 +80,9 @@ bool PlimRun::open(const QString &display)
     m_process.setProcessEnvironment(all);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     endWithTest(m_process);
-    m_process.start(program(), m_arguments);
+    QStringList command = m_starter + QStringList{program()} + m_arguments;
+    const QString first = command.takeFirst();
+    m_process.start(first, command);
     if (!m_process.waitForStarted(patience))
         return false;
     qputenv("DISPLAY", m_display.toUtf8());

@@ -35,6 +35,8 @@ public:
 
     /// Of the environment in which the program will be started.
     void setVariable(const QString &name, const QString &value) { m_variables.insert(name, value); }
+    /// A command that the program is started by, and whose process it becomes.
+    void setStarter(const QStringList &command) { m_starter = command; }
     /// Starts the program and waits until its main window can be seen. On another display when one
     /// is given.
     [[nodiscard]] bool open(const QString &display = {});
@@ -117,7 +119,7 @@ private:
     [[nodiscard]] QList<xcb_window_t> windows() const;
 
     const ThrowAwayHome &m_home;
-    QStringList m_arguments;
+    QStringList m_arguments, m_starter;
     QProcessEnvironment m_variables;
     QProcess m_process;
     std::unique_ptr<XWitness> m_server;

@@ -16,7 +16,8 @@ public:
     /// What is saved while the typing pauses: the page reports 120 ms after the last key, the store
     /// writes half a second after the last report; what is left is for the two of them to do it.
     static constexpr std::chrono::milliseconds afterPause{700};
-    /// And what is saved while it never does.
+    /// And what is saved while it never does. The page reports such typing every 80 ms with a key,
+    /// and the store writes 4.7 s after the first report that is not saved.
     static constexpr std::chrono::milliseconds withoutPause{5000};
 
     /// What a program without a fault may be later by than a machine with nothing else to do would

@@ -56,6 +56,8 @@ public:
         environment.insert(u"FAULTS_LOG"_s, m_log.path() + u"/calls"_s);
         environment.insert(u"FAULTS_AT"_s, QString::number(at));
         environment.insert(u"FAULTS_KIND"_s, kind);
+        if (m_scenario == "plain"_L1)
+            environment.insert(u"FAULTS_PLAIN"_s, u"1"_s);
         QProcess program;
         program.setProcessEnvironment(environment);
         program.start(QStringLiteral(SAVE_ONCE),
@@ -120,6 +122,13 @@ class TestCrashes : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain()
+    {
+        if (const QFileInfo memory(u"/dev/shm"_s); memory.isWritable())
+            qputenv("TMPDIR", "/dev/shm"); // thousands of saves, none of which may wait for a disk
+    }
+
 private Q_SLOTS:
     void aSaveInItsOrder_data()
     {
@@ -173,12 +182,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("kind");
-        for (const char *scenario : {"first", "usual", "conflict"}) {
+        for (const char *scenario : {"first", "usual", "plain", "conflict", "damaged"}) {
             for (const char *kind : {"kill", "tear", "fill", "EIO", "ENOSPC"})
                 QTest::addRow("%s, %s", scenario, kind)
                     << QString::fromLatin1(scenario) << QString::fromLatin1(kind);
         }
-        QTest::newRow("damaged, kill") << u"damaged"_s << u"kill"_s;
     }
     /// Each call in turn. The next start finds the old notes or the new ones.
     void aCallThatGoesWrong()
@@ -197,11 +205,16 @@ private Q_SLOTS:
             const Run run(scenario);
             const QByteArray before = run.data.read(u"notes.json"_s);
             const int exitCode = run.save(at, kind, 1);
+            const QString &name = calls[at - 1][0];
+            const QString &path = calls[at - 1][1];
             const QByteArray where = calls[at - 1].join(u' ').toUtf8();
+            // The copy that is a backup where there are no links comes when there is room for all.
+            const bool isOfCopy = path.startsWith("qt_temp."_L1);
             if (kills || kind == "tear"_L1)
                 QVERIFY2(exitCode == killed, where);
             else
-                QVERIFY2((exitCode == 0 && kind != "fill"_L1) || exitCode == 1, where);
+                QVERIFY2((exitCode == 0 && (kind != "fill"_L1 || isOfCopy)) || exitCode == 1,
+                         where);
             if (scenario == "damaged"_L1)
                 QVERIFY2(run.isOnDisk(damaged), where);
             if (scenario == "conflict"_L1)
@@ -212,9 +225,16 @@ private Q_SLOTS:
             const bool isNew = headings.value(0) == "new"_L1;
             if (isNew)
                 headings.removeFirst();
-            const QStringList expected = run.old.isEmpty() || (scenario == "conflict"_L1 && !isNew)
-                                             ? QStringList()
-                                             : QStringList{run.old};
+            QStringList expected = run.old.isEmpty() || (scenario == "conflict"_L1 && !isNew)
+                                       ? QStringList()
+                                       : QStringList{run.old};
+            // When a backup could not be read the next one is the newest.
+            const bool mayHide = scenario == "damaged"_L1 && path == "notes.json.bak.1"_L1 &&
+                                 (name == "open"_L1 || name == "read"_L1);
+            if (mayHide && !kills && headings == QStringList{u"oldest"_s}) {
+                expected = headings;
+                QVERIFY2(run.isOnDisk(fileOf(run.old)), where);
+            }
             QVERIFY2(headings == expected, where + ": " + headings.join(u',').toUtf8());
             QVERIFY2(isNew || exitCode != 0, where);
             // What was there before is a backup at least, but for a backup that would not make
@@ -223,6 +243,47 @@ private Q_SLOTS:
             if (scenario == "usual"_L1 && hasRoom)
                 QVERIFY2(run.isOnDisk(before), where);
         }
+    }
+
+    void whatCannotBeLookedAtIsNotReplaced_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        for (const char *scenario : {"usual", "plain", "conflict", "damaged"})
+            QTest::newRow(scenario) << QString::fromLatin1(scenario);
+    }
+    /// Nobody is told any more what there is, from the first moment on, from the second on, …
+    void whatCannotBeLookedAtIsNotReplaced()
+    {
+        QFETCH(QString, scenario);
+        const Run whole(scenario);
+        QCOMPARE(whole.save(0, {}, 1), 0);
+        const QList<QStringList> calls = whole.calls();
+        int refusals = 0;
+        for (int at = 1; at <= calls.size(); ++at) {
+            if (calls[at - 1][0] != "look"_L1)
+                continue;
+            const Run run(scenario);
+            const QByteArray where = calls[at - 1].join(u' ').toUtf8();
+            const QByteArray before =
+                scenario == "conflict"_L1 ? theirs : run.data.read(u"notes.json"_s);
+            const int exitCode = run.save(at, u"blind"_s, 1);
+            QVERIFY2(exitCode == 0 || exitCode == 1, where);
+            QVERIFY2(run.isOnDisk(before), where);
+            if (exitCode == 0)
+                continue;
+            ++refusals;
+            if (scenario == "damaged"_L1) // the loading may have saved what it found
+                QVERIFY2(found(run.data) == QStringList{run.old}, where);
+            else
+                QVERIFY2(run.data.read(u"notes.json"_s) == before, where);
+            QVERIFY2(run.data.names().filter(temporaryName).isEmpty(), where);
+            if (scenario == "conflict"_L1)
+                continue; // the other program would come again
+            QVERIFY2(run.save(0, {}, 1) == 0, where);
+            QVERIFY2((found(run.data) == QStringList{u"new"_s, run.old}), where);
+            QVERIFY2(run.isOnDisk(before), where);
+        }
+        QVERIFY(refusals >= 2);
     }
 
     /// Each piece of the file in turn.
@@ -262,18 +323,23 @@ private Q_SLOTS:
 
     void theNextTrySucceeds_data()
     {
+        QTest::addColumn<QString>("scenario");
         QTest::addColumn<QString>("kind");
-        QTest::newRow("EIO") << u"EIO"_s;
-        QTest::newRow("ENOSPC") << u"ENOSPC"_s;
+        for (const char *scenario : {"usual", "plain"}) {
+            for (const char *kind : {"EIO", "ENOSPC"})
+                QTest::addRow("%s, %s", scenario, kind)
+                    << QString::fromLatin1(scenario) << QString::fromLatin1(kind);
+        }
     }
     void theNextTrySucceeds()
     {
+        QFETCH(QString, scenario);
         QFETCH(QString, kind);
-        const Run whole(u"usual"_s);
+        const Run whole(scenario);
         QCOMPARE(whole.save(0, {}, 1), 0);
         const QList<QStringList> calls = whole.calls();
         for (int at = 1; at <= calls.size(); ++at) {
-            const Run run(u"usual"_s);
+            const Run run(scenario);
             const QByteArray where = calls[at - 1].join(u' ').toUtf8();
             QVERIFY2(run.save(at, kind, 2) == 0, where);
             const QStringList headings = found(run.data);

@@ -1,6 +1,8 @@
+#include "shell/LanguageManager.h"
 #include "shell/NoteChoices.h"
 #include "tests/views/WholeWindow.h"
 
+#include <QAccessible>
 #include <QQmlComponent>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -125,6 +127,41 @@ private Q_SLOTS:
         click(w.item(u"archiveTab"_s));
         QVERIFY(w.shows(u"No notes"_s));
         type(w.window(), u"x"_s);
+    }
+
+    // A save that fails
+
+    void aNoticeSaysSinceWhenSavingFails()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Nie udało się zapisać notatek"_s));
+        Whole w;
+        QQuickItem *notice = w.item(u"savingNotice"_s);
+        w.store.flush();
+        QVERIFY(!isDrawn(notice));
+        QVERIFY(QDir(w.home.data()).removeRecursively());
+        QFile inItsPlace(w.home.data());
+        QVERIFY(inItsPlace.open(QIODevice::WriteOnly));
+        w.store.addNote();
+        w.store.flush();
+        QTRY_VERIFY(isDrawn(notice));
+        const QString since = w.store.savingFailsSince()->toString(u"HH:mm"_s);
+        const QList<std::pair<AppLanguage, QString>> words{
+            {AppLanguage::pl, u"Zapisywanie nie udaje się od %1. "_s.arg(since)},
+            {AppLanguage::en, u"Saving has been failing since %1. "_s.arg(since)}};
+        for (const auto &[language, start] : words) {
+            LanguageManager::shared().setLanguage(language);
+            const QString text = textsIn(notice).join(u'|');
+            QVERIFY2(text.startsWith(start) && text.size() > start.size(), qPrintable(text));
+            QCOMPARE(QAccessible::queryAccessibleInterface(notice)->text(QAccessible::Name), text);
+            pictureOf(w.window()); // with the new text in its place
+            QVERIFY(QRectF(QPointF(), w.window()->size()).contains(frameOf(notice)));
+        }
+        w.store.flush(); // another try that fails
+        QTest::qWait(100);
+        QVERIFY(isDrawn(notice));
+        QVERIFY(inItsPlace.remove());
+        QTRY_VERIFY(!isDrawn(notice)); // by itself
+        QVERIFY(QFile::exists(w.home.data() + u"/notes.json"_s));
     }
 
     // Buttons of a row
