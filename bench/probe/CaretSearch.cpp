@@ -44,16 +44,6 @@ std::uint32_t at(const Picture &picture, int x, int y)
     return picture.pixels[std::size_t(y) * std::size_t(picture.width) + std::size_t(x)];
 }
 
-long distance(const Picture &a, const Picture &b, const Box &box)
-{
-    long sum = 0;
-    for (int y = box.top; y <= box.bottom; ++y) {
-        for (int x = box.left; x <= box.right; ++x)
-            sum += pixelDistance(at(a, x, y), at(b, x, y));
-    }
-    return sum;
-}
-
 /// How much the box stands out from what is beside it.
 long contrast(const Picture &picture, const Box &box)
 {
@@ -113,13 +103,19 @@ std::optional<double> caretAppearance(const std::vector<Frame> &frames, double s
     const auto byContrast = [&](const Frame &a, const Frame &b) {
         return contrast(a.picture, box) < contrast(b.picture, box);
     };
-    const auto [off, on] = std::ranges::minmax_element(last, byContrast);
-    const Picture &caret = on->picture;
-    // Its surroundings have to be there, too: a dark window that is still empty shows no caret.
-    const Box wide = box.widenedIn(final);
-    const long tolerance = distance(off->picture, caret, wide) / 4;
+    const Picture &caret = std::ranges::max_element(last, byContrast)->picture;
+    // What it stands on may still be changing its colour; a dark window that is still empty shows
+    // no caret, though.
+    const auto standsOut = [&](const Picture &picture) {
+        for (int y = box.top; y <= box.bottom; ++y) {
+            const Box row{box.left, y, box.right, y};
+            if (contrast(picture, row) * 4 < contrast(caret, row))
+                return false;
+        }
+        return true;
+    };
     const auto shown = std::ranges::find_if(frames, [&](const Frame &frame) {
-        return isOfSize(frame, final) && distance(frame.picture, caret, wide) <= tolerance;
+        return isOfSize(frame, final) && standsOut(frame.picture);
     });
     return shown == frames.end() ? std::nullopt : std::optional(shown->seconds);
 }

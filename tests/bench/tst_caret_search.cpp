@@ -74,6 +74,15 @@ private Q_SLOTS:
             << andBlinking(
                    {{0.1, with(filled(0x808080), caretBox, 0x606060)}, {0.3, withCaret(note)}})
             << 0.3;
+        QTest::newRow("its paper is on its way to its colour")
+            << andBlinking({{0.1, filled(0x403c2c)},
+                            {0.2, with(filled(0x807a58), caretBox, ink)},
+                            {0.3, withCaret(note)}})
+            << 0.2;
+        QTest::newRow("a part of it is something else at first")
+            << andBlinking(
+                   {{0.1, with(filled(paper), QRect(14, 6, 1, 8), ink)}, {0.3, withCaret(note)}})
+            << 0.3;
         QTest::newRow("the window is smaller at first")
             << andBlinking({{0.1, {2, 1, {ink, paper}}}, {0.3, withCaret(note)}}) << 0.3;
         QTest::newRow("it has blinked before all came to rest")
