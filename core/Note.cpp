@@ -17,17 +17,24 @@ constexpr int previewWords = 16;
 constexpr int previewPieces = 8;              ///< of the text, in which the words are looked for
 constexpr qsizetype previewCharacters = 1000; ///< more than the words take, unless one never ends
 
+/// Gives the words one after the other, while they are wanted; returns whether all of them were.
+bool forEachWord(QStringView text, const auto &isWanted)
+{
+    for (const QStringView line : qTokenize(text, u'\n')) {
+        for (const QStringView word : qTokenize(line, u' ', Qt::SkipEmptyParts)) {
+            if (!isWanted(word))
+                return false;
+        }
+    }
+    return true;
+}
+
 /// The last word may go on behind the text.
 bool fillsPreview(const QString &text)
 {
-    if (text.size() > 2 * previewCharacters)
-        return true;
     int words = 0;
-    for (const QStringView line : qTokenize(text, u'\n')) {
-        for ([[maybe_unused]] const QStringView word : qTokenize(line, u' ', Qt::SkipEmptyParts))
-            ++words;
-    }
-    return words > previewWords;
+    return text.size() > 2 * previewCharacters ||
+           !forEachWord(text, [&words](QStringView) { return ++words <= previewWords; });
 }
 
 NoteTextSize lenientTextSize(const QString &text)
@@ -173,17 +180,16 @@ QString Note::previewText(const QString &placeholder) const
     PlainTextPieces pieces(rest);
     for (int read = 0; read < previewPieces && !pieces.isAtEnd() && !fillsPreview(text); ++read)
         text += pieces.next();
-    text.replace(u'\n', u' ');
 
     QString preview;
     int words = 0;
-    for (const QStringView word :
-         qTokenize(QStringView(text).trimmed(), u' ', Qt::SkipEmptyParts)) {
+    forEachWord(QStringView(text).trimmed(), [&](QStringView word) {
         if (++words > previewWords || preview.size() > previewCharacters)
-            break;
+            return false;
         if (!preview.isEmpty())
             preview += u' ';
         preview += word;
-    }
+        return true;
+    });
     return preview.isEmpty() ? placeholder : lineOf(preview);
 }

@@ -2,6 +2,7 @@
 
 #include "core/HtmlTokens.h"
 #include "core/UsualHTML.h"
+#include "core/WellFormed.h"
 
 #include <QTextDocument>
 
@@ -59,7 +60,7 @@ bool beginsLine(QStringView html)
 }
 } // namespace
 
-PlainTextPieces::PlainTextPieces(QStringView html) : m_html(html), m_isText(html.isValidUtf16()) {}
+PlainTextPieces::PlainTextPieces(QStringView html) : m_html(html), m_isText(isWellFormed(html)) {}
 
 QString PlainTextPieces::next()
 {

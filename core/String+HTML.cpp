@@ -1,6 +1,7 @@
 #include "core/String+HTML.h"
 
 #include "core/PlainTextPieces.h"
+#include "core/WellFormed.h"
 
 #include <QRegularExpression>
 
@@ -25,7 +26,7 @@ constexpr QRegularExpression::PatternOptions headingOptions =
 /// The same text, place for place, without the half surrogate pairs that make any match fail.
 QString matchable(const QString &text)
 {
-    if (text.isValidUtf16())
+    if (isWellFormed(text))
         return text;
     QString mended = text;
     for (qsizetype i = 0; i < mended.size(); ++i) {
