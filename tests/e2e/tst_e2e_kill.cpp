@@ -38,6 +38,7 @@ constexpr auto shortestStroke = 25ms;
 constexpr auto longestStroke = 90ms;
 constexpr auto longestRest = 1500ms; ///< of one who pauses now and then
 constexpr int strokesBeforeRest = 12;
+constexpr auto earliestSave = 200ms; ///< that is waited for
 constexpr auto longestSave = 6ms; ///< the writing takes less, most of the time
 /// That a key takes to the store, and what is stored to the disk: between the two, timers run.
 constexpr auto way = 300ms;
@@ -215,7 +216,7 @@ private:
         Clock::time_point nextKey = begin;
         int strokes = 0;
         for (bool isAimed = false; Clock::now() < end;) {
-            if (manner == Manner::Saving && !isAimed && Clock::now() > begin + 200ms &&
+            if (manner == Manner::Saving && !isAimed && Clock::now() > begin + earliestSave &&
                 saves.hasNewFile()) {
                 isAimed = true;
                 end = Clock::now() + anything(0ms, longestSave);
