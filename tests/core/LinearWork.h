@@ -45,21 +45,22 @@ inline void keepFreedMemory()
 {
 #ifdef __GLIBC__
     static constexpr int never = 0;
+    // NOLINTBEGIN(concurrency-mt-unsafe): nobody else sets it
     ::mallopt(M_MMAP_MAX, never);
     ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    // NOLINTEND(concurrency-mt-unsafe)
 #endif
 }
 
-/// The power that is allowed. What is sorted, or found by its name, lies further apart than the
-/// caches reach the more there is of it; and a sanitizer has memory from the system each time.
-constexpr double nearlyLinear = slowness > 1 ? 1.6 : 1.2;
-constexpr double linearButSorted = slowness > 1 ? 1.6 : 1.4;
+/// The power that is allowed, half way to a quadratic one. What no longer fits into the caches may
+/// take twice as long for each byte, and that alone makes a third.
+constexpr double nearlyLinear = 1.5;
 
 /// What says against the work being linear in its size, from one megabyte (or the size given) over
 /// two and four to eight times as much; empty when nothing does. The best of some runs counts, for
 /// whatever disturbs one only ever adds to it; once they say that it is linear, they are enough.
 inline QByteArray againstLinearWork(const std::function<void(qsizetype)> &work,
-                                    qsizetype smallest = megabyte, double bound = nearlyLinear)
+                                    qsizetype smallest = megabyte)
 {
     constexpr double second = 1e9;
     constexpr double millisecond = 1e6;
@@ -77,7 +78,7 @@ inline QByteArray againstLinearWork(const std::function<void(qsizetype)> &work,
         for (std::size_t i = best.size(); i-- > 0;) // what the largest needs, the others have
             best[i] = std::max(std::min(best[i], durationFor(smallest << i)),
                                nobodysMatter * double(smallest << i));
-        if (exponentOf(best) <= bound)
+        if (exponentOf(best) <= nearlyLinear)
             return {};
     }
     QByteArray fault = "grows with the power " + QByteArray::number(exponentOf(best)) + ':';

@@ -244,7 +244,7 @@ private Q_SLOTS:
     void theLargestNoteAndPictureHaveRoom()
     {
         constexpr qsizetype largestNote = 20'000'000;
-        constexpr qsizetype largestPicture = 48 * 1024 * 1024; // pictures.js
+        constexpr qsizetype largestPicture = qsizetype(48) << 20; // pictures.js
         EditorFixture f;
         f.showNote(noteA, a);
         const QString html = u"<h1>a</h1><p>"_s + QString(largestNote, u'x') + u"</p>"_s;

@@ -57,15 +57,12 @@ private Q_SLOTS:
     /// Every name once: what sorts them must not shift them one by one.
     void decodingDifferentNames()
     {
-        const QByteArray fault = againstLinearWork(
-            [](qsizetype size) {
-                QByteArray bytes = "[{";
-                for (quint32 i = 0; bytes.size() < size; ++i)
-                    bytes += '"' + QByteArray::number(i * 2654435761U) + "\":0,";
-                (void)decodeNotes(bytes + "\"z\":0}]", Timestamp{1000});
-            },
-            megabyte, linearButSorted);
-        QVERIFY2(fault.isEmpty(), fault);
+        check([](qsizetype size) {
+            QByteArray bytes = "[{";
+            for (quint32 i = 0; bytes.size() < size; ++i)
+                bytes += '"' + QByteArray::number(i * 2654435761U) + "\":0,";
+            (void)decodeNotes(bytes + "\"z\":0}]", Timestamp{1000});
+        });
     }
 
     void repairing_data()
