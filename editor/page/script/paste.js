@@ -115,7 +115,7 @@ function renderedParagraph(nodes) {
   return paragraph.outerHTML;
 }
 
-let isOwnDrag = false; // the selection of this page is being dragged within it
+let isOwnDrag = false; // the user drags the selection of this page within it: that is clean already
 
 function handleDrop(event) {
   const region = event.currentTarget;

@@ -92,7 +92,7 @@ document.addEventListener('selectionchange', () => {
 });
 document.addEventListener('mousedown', () => { isPointerDown = true; }, true);
 for (const end of ['mouseup', 'dragend']) document.addEventListener(end, () => { isPointerDown = false; }, true);
-document.addEventListener('dragstart', () => { isOwnDrag = true; });
+document.addEventListener('dragstart', event => { isOwnDrag = event.isTrusted; });
 document.addEventListener('dragend', () => { isOwnDrag = false; });
 document.addEventListener('dragover', handleDragOver);
 document.addEventListener('drop', event => {
