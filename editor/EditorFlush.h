@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <memory>
 
 /// Counts the answers that editors still owe after they were asked to hand over their text, so that
@@ -17,12 +18,17 @@ public:
 
     [[nodiscard]] static EditorFlush &shared();
 
-    [[nodiscard]] Debt owe();
+    /// An answer of about so many characters.
+    [[nodiscard]] Debt owe(qsizetype size = 0);
     [[nodiscard]] bool isSettled() const { return m_owed == 0; }
+    /// How long it is worth to wait for what is owed, from when it was asked for. A page that holds
+    /// a book needs seconds to hand it over.
+    [[nodiscard]] std::chrono::milliseconds patience() const;
 
 Q_SIGNALS:
     void settled();
 
 private:
     int m_owed = 0;
+    qsizetype m_largest = 0; ///< of what is owed
 };

@@ -446,7 +446,7 @@ void RichTextEditorCoordinator::requestLinkAtCaret(std::function<void(const QStr
 
 void RichTextEditorCoordinator::flush()
 {
-    handOver(EditorFlush::shared().owe());
+    handOver(EditorFlush::shared().owe(m_storedHTML.size()));
 }
 
 void RichTextEditorCoordinator::handOver(const std::shared_ptr<void> &debt)

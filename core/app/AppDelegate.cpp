@@ -19,7 +19,6 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto shortestWait = 150ms;
-constexpr auto longestWait = 2s;
 
 /// Asks one window after the other to close; false as soon as one refuses.
 bool closeWindows()
@@ -87,7 +86,7 @@ void AppDelegate::collectTexts()
         isLongEnough = true;
         leaveWhenDone();
     });
-    QTimer::singleShot(longestWait, Qt::PreciseTimer, &loop,
+    QTimer::singleShot(flush.patience(), Qt::PreciseTimer, &loop,
                        &QEventLoop::quit); // a coarse one may be late
     loop.exec();
 }

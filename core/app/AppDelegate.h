@@ -17,8 +17,8 @@ public:
                          QObject *parent = nullptr);
 
     /// Collects what the editors have not reported yet and writes the sticky windows' layout and
-    /// the settings. Runs the event loop for 0.15 s, and on until every editor has answered, 2 s at
-    /// most. Never refuses. Whoever asks to quit meanwhile is heard afterwards.
+    /// the settings. Runs the event loop for 0.15 s, and on until every editor has answered, as long
+    /// as EditorFlush says. Never refuses. Whoever asks to quit meanwhile is heard afterwards.
     void applicationShouldTerminate();
 
     /// Has the editors hand over what they have not reported yet. Runs the event loop, as above.

@@ -39,13 +39,13 @@ void postQuit()
 class SlowEditors : public QObject
 {
 public:
-    explicit SlowEditors(const QList<int> &answersAfter)
+    explicit SlowEditors(const QList<int> &answersAfter, qsizetype size = 0)
     {
         connect(&NotificationCenter::shared(), &NotificationCenter::plimFlushEditors, this,
                 [=, this] {
                     ++asked;
                     for (const int after : answersAfter) {
-                        const EditorFlush::Debt debt = EditorFlush::shared().owe();
+                        const EditorFlush::Debt debt = EditorFlush::shared().owe(size);
                         if (after < 0)
                             m_neverPaid << debt;
                         else if (after > 0)
@@ -135,6 +135,19 @@ private Q_SLOTS:
             QCOMPARE(aboutToQuit.count(), 1);
         }
         QVERIFY2(elapsed < below, qPrintable(QString::number(elapsed)));
+    }
+
+    void aLongTextHasItsTime()
+    {
+        constexpr qsizetype twoMegabytes = 2'000'000;
+        {
+            const AppDelegate delegate;
+            const SlowEditors editors({2500}, twoMegabytes);
+            QVERIFY(runUntilQuit() >= 2500);
+        }
+        const AppDelegate delegate;
+        const SlowEditors editors({-1}, twoMegabytes);
+        QVERIFY(runUntilQuit() >= 2999); // and no more than that
     }
 
     void debtsMayComeWhileWaiting()

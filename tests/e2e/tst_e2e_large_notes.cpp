@@ -18,6 +18,13 @@ constexpr double longestPause = slowness; ///< s, in which the program may not a
 constexpr int pageTime = 20'000;          ///< ms that the page may take to show such a note, or not
 const QString lastWords = u"last words"_s;
 const QString typedWords = u"typed"_s;
+
+QString twentyMegabytes()
+{
+    return u"<h1>A</h1>"_s +
+           u"<p>some words of a paragraph, and more of them</p>"_s.repeated(400'000) +
+           u"<p>last words</p>"_s;
+}
 } // namespace
 
 /// Notes as nobody writes them, but as somebody may once have pasted one: the page takes the time
@@ -31,6 +38,7 @@ private Q_SLOTS:
     void initTestCase();
     void theWindowAnswersAllTheTime_data();
     void theWindowAnswersAllTheTime();
+    void whatWasJustTypedIsThereAfterTheEnd();
 
 private:
     /// Waits until the list shows so many notes.
@@ -92,11 +100,7 @@ void TestLargeNotes::theWindowAnswersAllTheTime_data()
     QTest::newRow("a heading of a megabyte")
         << u"<h1>"_s + u"heading words "_s.repeated(75'000) + u"end</h1><p>last words</p>"_s
         << true;
-    QTest::newRow("twenty megabytes")
-        << u"<h1>A</h1>"_s +
-               u"<p>some words of a paragraph, and more of them</p>"_s.repeated(400'000) +
-               u"<p>last words</p>"_s
-        << true;
+    QTest::newRow("twenty megabytes") << twentyMegabytes() << true;
     QTest::newRow("one word of twenty megabytes")
         << u"<h1>A</h1><p>"_s + QString(20'000'000, u'x') + u"</p><p>last words</p>"_s << false;
     QTest::newRow("two hundred thousand items")
@@ -112,6 +116,25 @@ void TestLargeNotes::theWindowAnswersAllTheTime_data()
     QTest::newRow("deep lists") << u"<h1>A</h1>"_s + u"<ul><li>"_s.repeated(deep) +
                                        u"last words"_s + u"</li></ul>"_s.repeated(deep)
                                 << false;
+}
+
+/// The page needs seconds to write all of it down.
+void TestLargeNotes::whatWasJustTypedIsThereAfterTheEnd()
+{
+    const ThrowAwayHome home;
+    storeNotes(home, {storedNote(storedID(0), twentyMegabytes())});
+    PlimRun plim(home);
+    QVERIFY(plim.open());
+    plim.click({220, 120});
+    QVERIFY(QTest::qWaitFor(
+        [&] { return plim.said().contains(u"shown \"%1"_s.arg(storedID(0).left(8))); }, pageTime));
+    plim.click({700, 300});
+    plim.type(typedWords);
+    QTest::qWait(500); // the keys are on their way, what they wrote is not
+    plim.sendSignal(SIGTERM);
+    QVERIFY(QTest::qWaitFor([&] { return !plim.isRunning(); }, pageTime));
+    QCOMPARE(plim.exitCode(), 0);
+    QVERIFY(plim.bodyOnDisk().contains(typedWords));
 }
 
 void TestLargeNotes::theWindowAnswersAllTheTime()
