@@ -130,9 +130,9 @@ private:
         for (qsizetype i = 0; i < count; ++i) {
             const char16_t c = characters[i].unicode();
             const bool isSpace = c == u' ';
-            isOther |= unsigned(!isPlain(c) & !isSpace) | unsigned(c == u'<') |
+            isOther |= (unsigned(!isPlain(c)) & unsigned(!isSpace)) | unsigned(c == u'<') |
                        unsigned(c == u'&') |
-                       unsigned(isSpace & (characters[i - 1].unicode() == u' '));
+                       (unsigned(isSpace) & unsigned(characters[i - 1].unicode() == u' '));
         }
         return isOther == 0;
     }
