@@ -19,7 +19,6 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto glideTime = 220ms;
-constexpr auto longestFarewell = 2s; ///< for a page that does not answer any more
 
 /// A window that its user has closed, until its editor has handed over what was typed last.
 class Farewell : public QObject
@@ -29,7 +28,6 @@ public:
              QObject *keeper)
         : QObject(keeper), m_controller(std::move(controller)), m_window(std::move(window))
     {
-        QTimer::singleShot(longestFarewell, this, &QObject::deleteLater);
         struct Debt {
             EditorFlush::Debt owed; ///< the end of the program waits for it, too
             QPointer<Farewell> farewell;
@@ -44,8 +42,11 @@ public:
             }
             Q_DISABLE_COPY_MOVE(Debt)
         };
-        m_controller->controller()->handOver(
-            std::make_shared<Debt>(EditorFlush::shared().owe(), this));
+        EditorFlush &flush = EditorFlush::shared();
+        auto owed = flush.owe(m_controller->editedNote().html.size());
+        // A page may not answer any more.
+        QTimer::singleShot(flush.patience(), this, &QObject::deleteLater);
+        m_controller->controller()->handOver(std::make_shared<Debt>(std::move(owed), this));
     }
 
 private:
@@ -187,7 +188,8 @@ bool StickyNoteHost::eventFilter(QObject *watched, QEvent *event)
             reportClosed();
         else if (event->type() == QEvent::Expose && m_window->isExposed() &&
                  !std::exchange(m_wasSeen, true))
-            qCDebug(stickyLog) << "visible" << m_controller->noteID().toString(QUuid::WithoutBraces);
+            qCDebug(stickyLog) << "visible"
+                               << m_controller->noteID().toString(QUuid::WithoutBraces);
     }
     return StickyWindow::eventFilter(watched, event);
 }
