@@ -94,17 +94,18 @@ const QRegularExpression &h1FullRegex()
 std::optional<FirstHeading> firstHeading(const QString &html)
 {
     // The first "<h1" decides: what a later one needs, a '>' and an "</h1>" behind it, the first
-    // has as well. Trying each of many unclosed ones would be quadratic.
-    const qsizetype start = html.indexOf("<h1"_L1, 0, Qt::CaseInsensitive);
+    // has as well.
+    constexpr auto opening = "<h1"_L1;
+    constexpr auto closing = "</h1>"_L1;
+    const qsizetype start = html.indexOf(opening, 0, Qt::CaseInsensitive);
     if (start < 0)
         return std::nullopt;
-    const QRegularExpressionMatch match =
-        h1Regex().match(matchable(html), start, QRegularExpression::NormalMatch,
-                        QRegularExpression::AnchorAtOffsetMatchOption);
-    if (!match.hasMatch())
+    const qsizetype inner = html.indexOf(u'>', start + opening.size()) + 1;
+    const qsizetype end = inner > 0 ? html.indexOf(closing, inner, Qt::CaseInsensitive) : -1;
+    if (end < 0)
         return std::nullopt;
-    return FirstHeading{start, match.capturedLength(),
-                        QStringView(html).sliced(match.capturedStart(1), match.capturedLength(1))};
+    return FirstHeading{start, end + closing.size() - start,
+                        QStringView(html).sliced(inner, end - inner)};
 }
 
 QString fastStrippingHTML(const QString &html)

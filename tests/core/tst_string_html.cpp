@@ -85,6 +85,10 @@ private Q_SLOTS:
         QTest::newRow("unclosed before closed") << u"<h1>a<h1 b>c</h1>"_s;
         QTest::newRow("unclosed") << u"<h1>a"_s;
         QTest::newRow("unfinished start") << u"<h1 <p>a</h1>"_s;
+        QTest::newRow("unfinished end") << u"<h1>a</h1"_s;
+        QTest::newRow("an end before its start") << u"</h1><h1>a"_s;
+        QTest::newRow("an end in its start") << u"<h1 </h1>a</H1>"_s;
+        QTest::newRow("capitals at the end") << u"<h1>a</H1>b</h1>"_s;
         QTest::newRow("empty") << u"<h1></h1>"_s;
         QTest::newRow("longer name") << u"<h10>a</h1>"_s;
     }
