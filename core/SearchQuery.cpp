@@ -1,6 +1,9 @@
 #include "core/SearchQuery.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <utility>
 
 #ifdef __SSE2__
 #include <bit>
@@ -40,52 +43,162 @@ bool contains(const char *text, std::size_t size, const char *needle, std::size_
 #endif
     return memmem(text, size, needle, needleSize) != nullptr;
 }
+
+constexpr char16_t firstOfTwoBytes = 0x80; // in UTF-8
+constexpr char16_t firstOfThreeBytes = 0x800;
+
+/// Of single UTF-16 units. Not QString::toCaseFolded, which makes "ss" of "ß" and so neither keeps
+/// the places nor agrees with a comparison by Qt::CaseInsensitive.
+class Folding
+{
+public:
+    char16_t operator()(char16_t c) const
+    {
+        return c < firstOfThreeBytes ? m_common[c] : QChar::toCaseFolded(char32_t(c));
+    }
+
+private:
+    using Table = std::array<char16_t, firstOfThreeBytes>;
+
+    // Asking Unicode's tables for each letter takes longer than all the rest.
+    static const Table &common()
+    {
+        static const Table table = [] {
+            Table table{};
+            for (char16_t c = 0; c < table.size(); ++c)
+                table[c] = char16_t(QChar::toCaseFolded(char32_t(c)));
+            return table;
+        }();
+        return table;
+    }
+
+    const Table &m_common = common();
+};
+
+bool isPairAt(QStringView text, qsizetype at)
+{
+    return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+}
+
+char32_t foldedPair(QStringView text, qsizetype at)
+{
+    return QChar::toCaseFolded(QChar::surrogateToUcs4(text[at], text[at + 1]));
+}
+
+/// Whether all are of one byte; if so, they are written, in lower case.
+bool writeAscii(const QChar *units, qsizetype count, char *to)
+{
+    unsigned all = 0; // without a branch: the compiler looks at all of them at once
+    for (qsizetype i = 0; i < count; ++i)
+        all |= units[i].unicode();
+    if (all >= firstOfTwoBytes)
+        return false;
+    for (qsizetype i = 0; i < count; ++i) {
+        const auto c = uchar(units[i].unicode());
+        constexpr uchar lowerCase = 0x20;
+        to[i] = char(c | (uchar(c - 'A') < 26 ? lowerCase : 0));
+    }
+    return true;
+}
+
+/// There is room for two bytes, whatever they take.
+char *writeUtf8(char32_t c, char *to)
+{
+    constexpr unsigned bits = 6; // that a further byte holds
+    const auto further = [c](unsigned bytesBehind) {
+        return char(0x80 | ((c >> bits * bytesBehind) & 0x3f));
+    };
+    if (c < firstOfThreeBytes) {
+        // Without a branch: the processor would guess wrong where letters with and without accents
+        // take turns.
+        const bool isOne = c < firstOfTwoBytes;
+        to[0] = char(isOne ? c : 0xc0 | (c >> bits));
+        to[1] = further(0);
+        to += isOne ? 1 : 2;
+    } else if (!QChar::requiresSurrogates(c)) {
+        *to++ = char(0xe0 | (c >> bits * 2));
+        *to++ = further(1);
+        *to++ = further(0);
+    } else {
+        *to++ = char(0xf0 | (c >> bits * 3));
+        *to++ = further(2);
+        *to++ = further(1);
+        *to++ = further(0);
+    }
+    return to;
+}
+
+/// The text as UTF-8, case folded. Half a surrogate pair is written like any other unit, so that it
+/// is found as what it is and nothing else. Returns the end.
+char *writeFolded(const Folding &folding, QStringView text, char *to)
+{
+    constexpr qsizetype atOnce = 16;
+    for (qsizetype i = 0; i < text.size();) {
+        if (text.size() - i >= atOnce && writeAscii(text.data() + i, atOnce, to)) {
+            i += atOnce;
+            to += atOnce;
+            continue;
+        }
+        for (const qsizetype end = std::min(i + atOnce, text.size()); i < end; ++i) {
+            const bool isPair = isPairAt(text, i);
+            to = writeUtf8(isPair ? foldedPair(text, i) : folding(text[i].unicode()), to);
+            i += isPair ? 1 : 0;
+        }
+    }
+    return to;
+}
 } // namespace
 
 QString caseFolded(QString text)
 {
-    // Not QString::toCaseFolded, which makes "ss" of "ß" and so neither keeps the places nor agrees
-    // with a comparison by Qt::CaseInsensitive.
+    const Folding folding;
     const qsizetype size = text.size();
-    constexpr char16_t firstBeyondAscii = 0x80;
     QChar *const data = text.data();
     for (qsizetype i = 0; i < size; ++i) {
-        if (data[i] < QChar(firstBeyondAscii)) { // without asking the tables of Unicode
-            if (data[i] >= u'A' && data[i] <= u'Z')
-                data[i] = QChar(char16_t(data[i].unicode() + (u'a' - u'A')));
-        } else if (data[i].isHighSurrogate() && i + 1 < size && data[i + 1].isLowSurrogate()) {
-            const char32_t folded =
-                QChar::toCaseFolded(QChar::surrogateToUcs4(data[i], data[i + 1]));
+        if (isPairAt(text, i)) {
+            const char32_t folded = foldedPair(text, i);
             data[i] = QChar::highSurrogate(folded);
             data[++i] = QChar::lowSurrogate(folded);
         } else {
-            data[i] = data[i].toCaseFolded();
+            data[i] = QChar(folding(data[i].unicode()));
         }
     }
     return text;
 }
 
+void appendSearchable(QByteArray &searchable, std::initializer_list<QStringView> texts)
+{
+    const Folding folding;
+    constexpr qsizetype mostBytes = 3; // of one unit
+    bool isFirst = true;
+    for (const QStringView text : texts) {
+        const qsizetype start = searchable.size();
+        searchable.resize(start + 1 + mostBytes * text.size());
+        char *at = searchable.data() + start;
+        if (!std::exchange(isFirst, false))
+            *at++ = separator;
+        at = writeFolded(folding, text, at);
+        searchable.truncate(at - searchable.constData());
+    }
+}
+
 QByteArray searchableText(std::initializer_list<QStringView> texts)
 {
     QByteArray searchable;
-    for (const QStringView text : texts) {
-        if (!searchable.isEmpty())
-            searchable += separator;
-        searchable += caseFolded(text.toString()).toUtf8();
-    }
+    appendSearchable(searchable, texts);
     searchable.squeeze();
     return searchable;
 }
 
 SearchQuery::SearchQuery(const QString &typed)
-    : m_folded(caseFolded(typed.trimmed())), m_needle(m_folded.toUtf8())
+    : m_folded(caseFolded(typed.trimmed())), m_needle(searchableText({m_folded}))
 {
 }
 
-bool SearchQuery::occursIn(const QByteArray &searchable) const
+bool SearchQuery::occursIn(QByteArrayView searchable) const
 {
     return !isEmpty() &&
-           contains(searchable.constData(), static_cast<std::size_t>(searchable.size()),
+           contains(searchable.data(), static_cast<std::size_t>(searchable.size()),
                     m_needle.constData(), static_cast<std::size_t>(m_needle.size()));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <initializer_list>
@@ -13,6 +14,8 @@
 /// Several texts of one thing, made ready to be searched again and again. No query is found across
 /// two of them.
 [[nodiscard]] QByteArray searchableText(std::initializer_list<QStringView> texts);
+/// Puts the same behind what is there: many things' texts in one piece of memory.
+void appendSearchable(QByteArray &searchable, std::initializer_list<QStringView> texts);
 
 /// What a user looks for: the typed text without the white space around it. It is one piece, not
 /// words, and is compared without regard to case but with regard to accents.
@@ -27,7 +30,7 @@ public:
     [[nodiscard]] bool isEmpty() const { return m_folded.isEmpty(); }
     [[nodiscard]] qsizetype length() const { return m_folded.size(); }
 
-    [[nodiscard]] bool occursIn(const QByteArray &searchable) const;
+    [[nodiscard]] bool occursIn(QByteArrayView searchable) const;
     /// Where it begins in the text, from the left, each behind the end of the one before.
     [[nodiscard]] std::vector<qsizetype> placesIn(const QString &text) const;
 

@@ -66,6 +66,23 @@ private Q_SLOTS:
         QVERIFY(!SearchQuery(u"et"_s).occursIn(searchable));
     }
 
+    // Every number of bytes a letter may take, at every place in the sixteen that are written at once.
+    void whatIsSearchedIsUTF8()
+    {
+        const QStringList letters{u"a"_s, u"Z"_s, u"Ż"_s, u"\u023A"_s, u"中"_s, u"🎂"_s, u"𐐀"_s};
+        for (const QString &letter : letters) {
+            for (qsizetype before = 0; before < 40; ++before) {
+                for (qsizetype behind = 0; behind < 40; ++behind) {
+                    const QString text = QString(before, u'X') + letter + QString(behind, u'ż');
+                    QCOMPARE(searchableText({text}), caseFolded(text).toUtf8());
+                }
+            }
+        }
+        QByteArray several = "before";
+        appendSearchable(several, {u"A", u"Ż"});
+        QCOMPARE(several, "before" + searchableText({u"a", u"ż"}));
+    }
+
     // Lengths and places around the sixteen bytes that are compared at once.
     void everyPlaceInEveryLength()
     {
@@ -139,6 +156,9 @@ private Q_SLOTS:
         QCOMPARE(caseFolded(half + u"A"_s), half + u"a"_s);
         QVERIFY(SearchQuery(u"a"_s).occursIn(searchableText({QString(half + u"A"_s)})));
         QVERIFY(!SearchQuery(half).isEmpty());
+        QVERIFY(SearchQuery(half).occursIn(searchableText({QString(u"a"_s + half)})));
+        QVERIFY(!SearchQuery(u"?"_s).occursIn(searchableText({half})));
+        QVERIFY(!SearchQuery(half).occursIn(searchableText({u"a?"_s})));
     }
 
     void queriesAreTheSameWhenTheyFindTheSame()
