@@ -2,7 +2,6 @@
 
 #include "core/NoteColor.h"
 #include "core/NoteLines.h"
-#include "core/PlainTextPieces.h"
 #include "core/String+HTML.h"
 
 #include <QJsonValue>
@@ -13,30 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-constexpr int previewWords = 16;
-constexpr int previewPieces = 8;              ///< of the text, in which the words are looked for
-constexpr qsizetype previewCharacters = 1000; ///< more than the words take, unless one never ends
-
-/// Gives the words one after the other, while they are wanted; returns whether all of them were.
-bool forEachWord(QStringView text, const auto &isWanted)
-{
-    for (const QStringView line : qTokenize(text, u'\n')) {
-        for (const QStringView word : qTokenize(line, u' ', Qt::SkipEmptyParts)) {
-            if (!isWanted(word))
-                return false;
-        }
-    }
-    return true;
-}
-
-/// The last word may go on behind the text.
-bool fillsPreview(const QString &text)
-{
-    int words = 0;
-    return text.size() > 2 * previewCharacters ||
-           !forEachWord(text, [&words](QStringView) { return ++words <= previewWords; });
-}
-
 NoteTextSize lenientTextSize(const QString &text)
 {
     // "regular" was the middle size once; it and every unknown size read as medium.
@@ -172,24 +147,6 @@ QString Note::headingText() const
 
 QString Note::previewText(const QString &placeholder) const
 {
-    QString rest = body;
-    if (const std::optional<FirstHeading> heading = firstHeading(body))
-        rest.remove(heading->start, heading->length);
-
-    QString text;
-    PlainTextPieces pieces(rest);
-    for (int read = 0; read < previewPieces && !pieces.isAtEnd() && !fillsPreview(text); ++read)
-        text += pieces.next();
-
-    QString preview;
-    int words = 0;
-    forEachWord(QStringView(text).trimmed(), [&](QStringView word) {
-        if (++words > previewWords || preview.size() > previewCharacters)
-            return false;
-        if (!preview.isEmpty())
-            preview += u' ';
-        preview += word;
-        return true;
-    });
-    return preview.isEmpty() ? placeholder : lineOf(preview);
+    const QString preview = previewLine(*this);
+    return preview.isEmpty() ? placeholder : preview;
 }
