@@ -1,11 +1,11 @@
 #include "mainwindow/NoteTexts.h"
 
 #include "core/NoteLines.h"
-#include "core/PlainTextPieces.h"
 #include "core/SearchQuery.h"
 #include "core/ThreadJob.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #ifdef Q_OS_LINUX
@@ -21,9 +21,12 @@ namespace
 // was edited just now wait.
 constexpr std::size_t notesInBatch = 64;
 constexpr qsizetype charactersInBatch = 131'072;
+// While a search waits, enough of them for all threads to go on while the main thread draws a frame.
+constexpr int hurriedBatches = 40;
 
-// Each piece of news makes a list of ten thousand look at all its rows.
-constexpr qint64 newsInterval = 25; // ms
+// Each piece of news makes a list of ten thousand look at all its rows, and mostly behind those on
+// the screen: the first comes soon, and each later one after twice the time.
+constexpr qint64 firstNewsInterval = 25; // ms
 
 // Qt's own priorities mean nothing to the usual scheduler of Linux, and there may be thousands of
 // notes to derive while the window and the web engine are still coming up.
@@ -44,7 +47,6 @@ NoteTexts::NoteTexts(QObject *parent) : QObject(parent)
     m_thread.setMaxThreadCount(1);
     m_thread.setThreadPriority(QThread::LowPriority);
     m_hurriedThreads.setObjectName(m_thread.objectName());
-    m_sinceTold.start();
 }
 
 NoteTexts::~NoteTexts()
@@ -96,7 +98,7 @@ const NoteTexts::Lines &NoteTexts::lines(const Note &note)
 {
     Entry &entry = entryOf(note);
     if (!entry.lines)
-        entry.lines = Lines{headingLine(note), note.previewText({})};
+        entry.lines = Lines{headingLine(note), previewLine(note)};
     return *entry.lines;
 }
 
@@ -117,25 +119,56 @@ void NoteTexts::setHurried(bool isHurried)
     if (m_isHurried == isHurried)
         return;
     m_isHurried = isHurried;
-    if (isHurried)
+    if (isHurried) {
+        m_sinceTold.start();
+        m_newsInterval = firstNewsInterval;
         hireWorker();
+    }
 }
 
-NoteTexts::Result NoteTexts::derive(const Source &source) const
+// The texts lie side by side in one piece of memory: thousands of small ones keep the kernel busy,
+// which makes a thread's memory larger page by page.
+std::vector<NoteTexts::Result> NoteTexts::deriveBatch(const std::vector<Source> &batch) const
+{
+    const auto length = [](qsizetype sum, const Source &source) {
+        return sum + source.body.size();
+    };
+    QByteArray texts;
+    texts.reserve(std::accumulate(batch.begin(), batch.end(), qsizetype(0), length));
+    std::vector<Result> results;
+    results.reserve(batch.size());
+    for (const Source &source : batch) {
+        if (m_isEnding)
+            break;
+        results.push_back(derive(source, texts));
+    }
+    texts.squeeze();
+    const char *start = texts.constData();
+    for (Result &result : results) {
+        const qsizetype size = result.searched.text.size();
+        result.searched.text = {start, size};
+        result.searched.texts = texts;
+        start += size;
+    }
+    return results;
+}
+
+/// What is searched is put behind the texts; where that is in the end is not known yet.
+NoteTexts::Result NoteTexts::derive(const Source &source, QByteArray &texts) const
 {
     Note note;
     note.title = source.title;
     note.body = source.body;
-    const QString heading = note.headingText(); // all of it is searched, however much a line shows
-    Result result{source.id, source.revision, {lineOf(heading), note.previewText({})}, {}};
-    QString text;
-    for (PlainTextPieces pieces(source.body); !pieces.isAtEnd() && !m_isEnding;)
-        text += pieces.next();
-    if (text.isEmpty())
-        text = source.body; // better found by its markup than never
-    result.searched = {searchableText({heading, result.lines.preview, text}),
-                       !result.lines.preview.isEmpty()};
-    return result;
+    NotePlainText text = notePlainText(note, [this] { return !m_isEnding; });
+    if (text.all.isEmpty())
+        text.all = source.body; // better found by its markup than never
+    const qsizetype start = texts.size();
+    appendSearchable(texts, {text.heading, text.preview, text.all});
+    const bool hasPreview = !text.preview.isEmpty();
+    return {source.id,
+            source.revision,
+            {lineOf(text.heading), std::move(text.preview)},
+            {QByteArrayView(texts).sliced(start), hasPreview, {}}};
 }
 
 /// The note's entry, up to date but for its texts.
@@ -175,7 +208,8 @@ void NoteTexts::hireWorker()
 {
     // A thread that has given way once does so for ever; the hurried ones are others.
     QThreadPool &threads = m_isHurried ? m_hurriedThreads : m_thread;
-    while (m_batches <= threads.maxThreadCount()) {
+    const int mostBatches = m_isHurried ? hurriedBatches : threads.maxThreadCount() + 1;
+    while (m_batches < mostBatches) {
         std::vector<Source> batch = nextBatch();
         if (batch.empty())
             return;
@@ -183,16 +217,10 @@ void NoteTexts::hireWorker()
         startJob(threads, [this, isHurried = m_isHurried, batch = std::move(batch)] {
             if (!isHurried)
                 giveWay();
-            std::vector<Result> results;
-            results.reserve(batch.size());
-            for (const Source &source : batch) {
-                if (m_isEnding)
-                    return;
-                results.push_back(derive(source));
-            }
+            std::vector<Result> results = deriveBatch(batch);
             // The object outlives its thread, and is only told, not touched.
             QMetaObject::invokeMethod(
-                this, [this, results = std::move(results)] { take(results); },
+                this, [this, results = std::move(results)]() mutable { take(std::move(results)); },
                 Qt::QueuedConnection);
         });
     }
@@ -229,8 +257,12 @@ void NoteTexts::take(std::vector<Result> results)
         entry->searched = std::move(result.searched);
         m_untold << result.id;
     }
-    if (!m_isHurried || m_batches == 0 || m_sinceTold.elapsed() >= newsInterval)
+    if (!m_isHurried || m_batches == 0) {
         tell();
+    } else if (m_sinceTold.elapsed() >= m_newsInterval) {
+        m_newsInterval *= 2;
+        tell();
+    }
 }
 
 void NoteTexts::tell()

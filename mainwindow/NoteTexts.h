@@ -3,6 +3,7 @@
 #include "core/NoteArray.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
@@ -28,8 +29,9 @@ public:
         QString preview; ///< empty when the note has no text below its heading
     };
     struct Searched {
-        QByteArray text; ///< as searchableText makes it: heading, preview and whole plain text
+        QByteArrayView text; ///< as searchableText makes it: heading, preview, whole plain text
         bool hasPreview = false;
+        QByteArray texts; ///< of all notes of a batch, the text's memory
     };
 
     explicit NoteTexts(QObject *parent = nullptr);
@@ -78,7 +80,10 @@ private:
         Searched searched;
     };
 
-    [[nodiscard]] Result derive(const Source &source) const; ///< called on a thread
+    // Called on a thread.
+    [[nodiscard]] std::vector<Result> deriveBatch(const std::vector<Source> &batch) const;
+    [[nodiscard]] Result derive(const Source &source, QByteArray &texts) const;
+
     [[nodiscard]] Entry &entryOf(const Note &note);
     void startWork();
     void hireWorker();
@@ -94,6 +99,7 @@ private:
     bool m_isHurried = false;
     QList<QUuid> m_untold; ///< derived since the last news
     QElapsedTimer m_sinceTold;
+    qint64 m_newsInterval = 0; ///< ms
     std::atomic<bool> m_isEnding = false;
     QThreadPool m_thread;
     QThreadPool m_hurriedThreads;

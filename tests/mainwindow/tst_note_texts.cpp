@@ -118,6 +118,26 @@ private Q_SLOTS:
         QVERIFY(!f.finds(titled.id, u"old"_s));
     }
 
+    // Their texts lie in one piece of memory.
+    void aNoteDoesNotNeedThoseDerivedWithIt()
+    {
+        Fixture f;
+        NoteArray notes;
+        for (int i = 0; i < 50; ++i)
+            notes.append(noteOf(u"<p>number %1 %2</p>"_s.arg(i).arg(u"word "_s.repeated(200))));
+        const Note kept = notes[20];
+        f.texts.setNotes(notes);
+        QTRY_COMPARE(f.order().size(), notes.size());
+        for (const Note &note : notes) {
+            if (note.id != kept.id)
+                f.texts.remove(note.id);
+        }
+        QVERIFY(f.finds(kept.id, u"number 20 word"_s));
+        f.texts.setNotes({kept});
+        QVERIFY(f.finds(kept.id, u"number 20 word"_s));
+        QVERIFY(!f.finds(kept.id, u"number 21"_s));
+    }
+
     void thoseChangedLastComeFirst()
     {
         Fixture f;
