@@ -47,33 +47,27 @@ bool contains(const char *text, std::size_t size, const char *needle, std::size_
 constexpr char16_t firstOfTwoBytes = 0x80; // in UTF-8
 constexpr char16_t firstOfThreeBytes = 0x800;
 
-/// Of single UTF-16 units. Not QString::toCaseFolded, which makes "ss" of "ß" and so neither keeps
-/// the places nor agrees with a comparison by Qt::CaseInsensitive.
-class Folding
+/// What the frequent units become: to ask Unicode's tables for each letter takes longer than all
+/// the rest.
+using CommonFolding = std::array<char16_t, firstOfThreeBytes>;
+
+const CommonFolding &commonFolding()
 {
-public:
-    char16_t operator()(char16_t c) const
-    {
-        return c < firstOfThreeBytes ? m_common[c] : QChar::toCaseFolded(char32_t(c));
-    }
-
-private:
-    using Table = std::array<char16_t, firstOfThreeBytes>;
-
-    // Asking Unicode's tables for each letter takes longer than all the rest.
-    static const Table &common()
-    {
-        static const Table table = [] {
-            Table table{};
-            for (char16_t c = 0; c < table.size(); ++c)
-                table[c] = char16_t(QChar::toCaseFolded(char32_t(c)));
-            return table;
-        }();
+    static const CommonFolding table = [] {
+        CommonFolding table{};
+        for (std::size_t c = 0; c < table.size(); ++c)
+            table[c] = char16_t(QChar::toCaseFolded(char32_t(c)));
         return table;
-    }
+    }();
+    return table;
+}
 
-    const Table &m_common = common();
-};
+/// Not as QString::toCaseFolded does, which makes "ss" of "ß" and so neither keeps the places nor
+/// agrees with a comparison by Qt::CaseInsensitive.
+char16_t foldedUnit(char16_t c, const CommonFolding &common)
+{
+    return c < common.size() ? common[c] : char16_t(QChar::toCaseFolded(char32_t(c)));
+}
 
 bool isPairAt(QStringView text, qsizetype at)
 {
@@ -130,7 +124,7 @@ char *writeUtf8(char32_t c, char *to)
 
 /// The text as UTF-8, case folded. Half a surrogate pair is written like any other unit, so that it
 /// is found as what it is and nothing else. Returns the end.
-char *writeFolded(const Folding &folding, QStringView text, char *to)
+char *writeFolded(QStringView text, const CommonFolding &common, char *to)
 {
     constexpr qsizetype atOnce = 16;
     for (qsizetype i = 0; i < text.size();) {
@@ -141,7 +135,8 @@ char *writeFolded(const Folding &folding, QStringView text, char *to)
         }
         for (const qsizetype end = std::min(i + atOnce, text.size()); i < end; ++i) {
             const bool isPair = isPairAt(text, i);
-            to = writeUtf8(isPair ? foldedPair(text, i) : folding(text[i].unicode()), to);
+            const char32_t c = isPair ? foldedPair(text, i) : foldedUnit(text[i].unicode(), common);
+            to = writeUtf8(c, to);
             i += isPair ? 1 : 0;
         }
     }
@@ -151,7 +146,7 @@ char *writeFolded(const Folding &folding, QStringView text, char *to)
 
 QString caseFolded(QString text)
 {
-    const Folding folding;
+    const CommonFolding &common = commonFolding();
     const qsizetype size = text.size();
     QChar *const data = text.data();
     for (qsizetype i = 0; i < size; ++i) {
@@ -160,7 +155,7 @@ QString caseFolded(QString text)
             data[i] = QChar::highSurrogate(folded);
             data[++i] = QChar::lowSurrogate(folded);
         } else {
-            data[i] = QChar(folding(data[i].unicode()));
+            data[i] = QChar(foldedUnit(data[i].unicode(), common));
         }
     }
     return text;
@@ -168,7 +163,7 @@ QString caseFolded(QString text)
 
 void appendSearchable(QByteArray &searchable, std::initializer_list<QStringView> texts)
 {
-    const Folding folding;
+    const CommonFolding &common = commonFolding();
     constexpr qsizetype mostBytes = 3; // of one unit
     bool isFirst = true;
     for (const QStringView text : texts) {
@@ -177,7 +172,7 @@ void appendSearchable(QByteArray &searchable, std::initializer_list<QStringView>
         char *at = searchable.data() + start;
         if (!std::exchange(isFirst, false))
             *at++ = separator;
-        at = writeFolded(folding, text, at);
+        at = writeFolded(text, common, at);
         searchable.truncate(at - searchable.constData());
     }
 }
@@ -197,9 +192,8 @@ SearchQuery::SearchQuery(const QString &typed)
 
 bool SearchQuery::occursIn(QByteArrayView searchable) const
 {
-    return !isEmpty() &&
-           contains(searchable.data(), static_cast<std::size_t>(searchable.size()),
-                    m_needle.constData(), static_cast<std::size_t>(m_needle.size()));
+    return !isEmpty() && contains(searchable.data(), static_cast<std::size_t>(searchable.size()),
+                                  m_needle.constData(), static_cast<std::size_t>(m_needle.size()));
 }
 
 std::vector<qsizetype> SearchQuery::placesIn(const QString &text) const
