@@ -52,6 +52,9 @@ public:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"LD_PRELOAD"_s, QStringLiteral(FAULT_SHIM));
         environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0:detect_leaks=0"_s);
+        // It would wait for a second each time for what threads may still report.
+        environment.insert(u"TSAN_OPTIONS"_s,
+                           environment.value(u"TSAN_OPTIONS"_s) + ":atexit_sleep_ms=0"_L1);
         environment.insert(u"FAULTS_DIRECTORY"_s, data.path());
         environment.insert(u"FAULTS_LOG"_s, m_log.path() + u"/calls"_s);
         environment.insert(u"FAULTS_AT"_s, QString::number(at));
