@@ -49,7 +49,7 @@ public:
                         if (after < 0)
                             m_neverPaid << debt;
                         else if (after > 0)
-                            QTimer::singleShot(after, this, [debt] {});
+                            QTimer::singleShot(after, Qt::PreciseTimer, this, [debt] {});
                     }
                 });
     }
