@@ -96,15 +96,26 @@ class Caret:
 
     def __init__(self):
         self.floor, self.plim = Figures(), Figures()
+        self.floor_area, self.plim_area = (), ()
 
     def check(self):
-        pass
+        """Where they stand: who looks at whole windows every few milliseconds is in the way."""
+        self.floor_area = _area(self._floor())
+        self.plim_area = _area(self._plim())
 
     def round(self):
-        with _caret() as caret, Floor.started(1) as floor:
-            self.floor.add(caret(floor))
-        with _caret() as caret, plim(FEW, arguments=NEW_NOTE) as running:
-            self.plim.add(caret(running))
+        self.floor.add(self._floor(*self.floor_area)["caret"])
+        self.plim.add(self._plim(*self.plim_area)["caret"])
+
+    @staticmethod
+    def _floor(*area):
+        with _caret(area) as caret, Floor.started(1) as floor:
+            return caret(floor)
+
+    @staticmethod
+    def _plim(*area):
+        with _caret(area) as caret, plim(FEW, arguments=NEW_NOTE) as running:
+            return caret(running)
 
     def lines(self):
         return [
@@ -115,11 +126,24 @@ class Caret:
 
 
 @contextlib.contextmanager
-def _caret():
-    """Asked about a program that is started now: when its caret can be seen in its window."""
-    with Probe.started("caret") as probe:
+def _caret(area):
+    """Asked about a program that is started now: when its caret can be seen in its window, and
+    where."""
+    with Probe.started("caret", *map(str, area)) as probe:
         probe.wait_for("watching")
-        yield lambda running: probe.finish()["caret"] - running.process.started
+
+        def ask(running):
+            seen = probe.finish()
+            return {**seen, "caret": seen["caret"] - running.process.started}
+
+        yield ask
+
+
+def _area(seen):
+    """A caret's with what is around it: left, top, width, height."""
+    margin = 8
+    left, top = int(seen["left"]) - margin, int(seen["top"]) - margin
+    return left, top, int(seen["width"]) + 2 * margin, int(seen["height"]) + 2 * margin
 
 
 class Weights:

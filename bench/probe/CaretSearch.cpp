@@ -84,7 +84,7 @@ bool isOfSize(const Frame &frame, const Picture &other)
 }
 } // namespace
 
-std::optional<double> caretAppearance(const std::vector<Frame> &frames, double settled)
+std::optional<Caret> caretAppearance(const std::vector<Frame> &frames, double settled)
 {
     if (frames.empty())
         return std::nullopt;
@@ -117,5 +117,7 @@ std::optional<double> caretAppearance(const std::vector<Frame> &frames, double s
     const auto shown = std::ranges::find_if(frames, [&](const Frame &frame) {
         return isOfSize(frame, final) && standsOut(frame.picture);
     });
-    return shown == frames.end() ? std::nullopt : std::optional(shown->seconds);
+    if (shown == frames.end())
+        return std::nullopt;
+    return Caret{shown->seconds, {box.left, box.top, box.width(), box.height()}};
 }

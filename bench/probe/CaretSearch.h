@@ -19,7 +19,22 @@ struct Frame {
     Picture picture;
 };
 
-/// When the caret was drawn for the first time: a thin upright box that blinks from `settled` on,
-/// when nothing else moves any more. nullopt when nothing of the kind blinks.
-[[nodiscard]] std::optional<double> caretAppearance(const std::vector<Frame> &frames,
-                                                    double settled);
+/// A part of a window.
+struct Area {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+
+    [[nodiscard]] bool operator==(const Area &) const = default;
+};
+
+struct Caret {
+    double seconds = 0; ///< when it was drawn for the first time
+    Area area;
+};
+
+/// The caret, a thin upright box that blinks from `settled` on, when nothing else moves any more.
+/// nullopt when nothing of the kind blinks.
+[[nodiscard]] std::optional<Caret> caretAppearance(const std::vector<Frame> &frames,
+                                                   double settled);

@@ -38,11 +38,12 @@ std::optional<xcb_window_t> nextWindow(const XDisplay &display)
 }
 
 /// Only what differs from the look before is kept.
-std::vector<Frame> film(const XDisplay &display, xcb_window_t window, double end)
+std::vector<Frame> film(const XDisplay &display, xcb_window_t window,
+                        const std::optional<Area> &area, double end)
 {
     std::vector<Frame> frames;
     while (secondsNow() < end) {
-        auto picture = display.picture(window);
+        auto picture = display.picture(window, area);
         const double seconds = secondsNow();
         if (picture && (frames.empty() || frames.back().picture != *picture))
             frames.push_back({seconds, std::move(*picture)});
@@ -52,7 +53,7 @@ std::vector<Frame> film(const XDisplay &display, xcb_window_t window, double end
 }
 } // namespace
 
-bool watchForCaret()
+bool watchForCaret(const std::optional<Area> &area)
 {
     const XDisplay display;
     if (!display.isConnected()) {
@@ -65,7 +66,7 @@ bool watchForCaret()
         return false;
     }
     const double opened = secondsNow();
-    const auto frames = film(display, *window, opened + settling + observing);
+    const auto frames = film(display, *window, area, opened + settling + observing);
     const auto caret = caretAppearance(frames, opened + settling);
     std::printf("window %.4f\n", opened);
     if (!caret) {
@@ -73,6 +74,8 @@ bool watchForCaret()
                      display.title(*window).c_str(), frames.size());
         return false;
     }
-    std::printf("caret %.4f\n", *caret);
+    std::printf("caret %.4f\n", caret->seconds);
+    std::printf("left %d\ntop %d\nwidth %d\nheight %d\n", caret->area.left, caret->area.top,
+                caret->area.width, caret->area.height);
     return true;
 }

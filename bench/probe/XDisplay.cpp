@@ -64,7 +64,7 @@ std::uint32_t XDisplay::processId(xcb_window_t window) const
     return ids.empty() ? 0 : ids.front();
 }
 
-std::optional<Picture> XDisplay::picture(xcb_window_t window) const
+std::optional<Picture> XDisplay::picture(xcb_window_t window, const std::optional<Area> &area) const
 {
     const auto sizeCookie = xcb_get_geometry(connection(), window);
     const auto placeCookie = xcb_translate_coordinates(connection(), window, root(), 0, 0);
@@ -72,14 +72,17 @@ std::optional<Picture> XDisplay::picture(xcb_window_t window) const
     const auto place = owned(xcb_translate_coordinates_reply(connection(), placeCookie, nullptr));
     if (!size || !place)
         return std::nullopt;
+    const Area wanted = area.value_or(Area{0, 0, size->width, size->height});
     // The root's pixels are those of the compositor, and so of the screen.
-    const auto cookie = xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), place->dst_x,
-                                      place->dst_y, size->width, size->height, ~0U);
+    const auto cookie = xcb_get_image(
+        connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), std::int16_t(place->dst_x + wanted.left),
+        std::int16_t(place->dst_y + wanted.top), std::uint16_t(wanted.width),
+        std::uint16_t(wanted.height), ~0U);
     const auto image = owned(xcb_get_image_reply(connection(), cookie, nullptr));
-    const std::size_t count = std::size_t(size->width) * size->height;
+    const std::size_t count = std::size_t(wanted.width) * std::size_t(wanted.height);
     if (!image || std::size_t(xcb_get_image_data_length(image.get())) != 4 * count)
         return std::nullopt;
-    Picture picture{size->width, size->height, std::vector<std::uint32_t>(count)};
+    Picture picture{wanted.width, wanted.height, std::vector<std::uint32_t>(count)};
     std::memcpy(picture.pixels.data(), xcb_get_image_data(image.get()), 4 * count);
     for (std::uint32_t &pixel : picture.pixels)
         pixel &= 0xffffffU;

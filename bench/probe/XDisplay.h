@@ -24,8 +24,10 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> windows() const;
     [[nodiscard]] std::string title(xcb_window_t window) const;
     [[nodiscard]] std::uint32_t processId(xcb_window_t window) const; ///< 0 when it does not tell
-    /// What the user sees in the window's place. nullopt when it is not wholly on the screen.
-    [[nodiscard]] std::optional<Picture> picture(xcb_window_t window) const;
+    /// What the user sees in the window's place, or in an area of it. nullopt when that is not
+    /// wholly on the screen.
+    [[nodiscard]] std::optional<Picture> picture(xcb_window_t window,
+                                                 const std::optional<Area> &area) const;
 
 private:
     template <typename T>

@@ -101,7 +101,12 @@ private Q_SLOTS:
     {
         QFETCH(Frames, frames);
         QFETCH(double, seconds);
-        QCOMPARE(caretAppearance(frames, settled).value_or(never), seconds);
+        const auto caret = caretAppearance(frames, settled);
+        QCOMPARE(caret ? caret->seconds : never, seconds);
+        if (caret) {
+            const Area box{caretBox.left(), caretBox.top(), caretBox.width(), caretBox.height()};
+            QVERIFY(caret->area == box);
+        }
     }
 };
 
