@@ -140,6 +140,14 @@ bool DocumentBuilder::isAtLineStart() const
     return inlines.empty() || inlines.back().kind == Kind::lineBreak;
 }
 
+QChar DocumentBuilder::lastCharacter() const
+{
+    if (isAtLineStart())
+        return u' ';
+    const Inline &last = m_document.blocks.back().inlines.back();
+    return last.kind == Kind::text && !last.text.isEmpty() ? last.text.back() : QChar();
+}
+
 void DocumentBuilder::append(QStringView text, const InlineFormats &formats)
 {
     std::vector<Inline> &inlines = m_document.blocks.back().inlines;
@@ -153,11 +161,9 @@ void DocumentBuilder::append(QStringView text, const InlineFormats &formats)
 
 void DocumentBuilder::addCollapsed(QStringView text, const InlineFormats &formats)
 {
-    const std::vector<Inline> &inlines = m_document.blocks.back().inlines;
     QString collapsed;
     collapsed.reserve(text.size());
-    bool isBehindSpace = isAtLineStart() ||
-                         (inlines.back().kind == Kind::text && inlines.back().text.endsWith(u' '));
+    bool isBehindSpace = lastCharacter() == u' ';
     for (const QChar c : text) {
         const bool isSpace = isHtmlSpace(c);
         if (!isSpace || !isBehindSpace)
@@ -187,11 +193,10 @@ void DocumentBuilder::addPreformatted(QStringView text, const TextContext &conte
         }
         if (c == u'\r' || c == u'\f')
             continue;
-        const bool isSpace = c == u' ' || c == u'\t';
-        const bool isStart = line.isEmpty() && isAtLineStart();
+        const QChar before = line.isEmpty() ? lastCharacter() : line.back();
         if (c == u'\t')
             line += QString(tabWidth, QChar::Nbsp);
-        else if (isSpace && (isStart || line.endsWith(u' ') || line.endsWith(QChar::Nbsp)))
+        else if (c == u' ' && (before == u' ' || before == QChar::Nbsp))
             line += QChar::Nbsp;
         else
             line += c;

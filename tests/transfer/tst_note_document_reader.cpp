@@ -88,6 +88,8 @@ private Q_SLOTS:
             u"<table><tr><th>a</th><th>b</th></tr>\n<tr><td>c</td><td>d</td></tr></table>"_s,
             u"<p>a b</p><p>c d</p>"_s);
         row("a quote", u"<blockquote><p>a</p>b</blockquote>"_s, u"<p>a</p><p>b</p>"_s);
+        row("code with formats", u"<pre>a <b> </b><i> b</i>  <u>c</u></pre>"_s,
+            u"<p>a &nbsp;&nbsp;<i>b</i> &nbsp;<u>c</u></p>"_s);
         row("code", u"<pre>a\n  b  c\n</pre>"_s, u"<p>a<br>&nbsp;&nbsp;b &nbsp;c</p>"_s);
         row("lists within items", u"<ul><li>a<ul><li>b</li></ul></li><li>c</li></ul>"_s,
             u"<ul><li>a</li><ul><li>b</li></ul><li>c</li></ul>"_s);
