@@ -50,7 +50,8 @@ private:
     void addPreformatted(QStringView text, const TextContext &context);
     void append(QStringView text, const InlineFormats &formats);
     [[nodiscard]] bool isAtLineStart() const;
-    /// What a further text goes on behind: a space where a line begins, for there no other is shown.
+    /// What a further text goes on behind: a space where a line begins, for there no other is
+    /// shown.
     [[nodiscard]] QChar lastCharacter() const;
 
     NoteDocument m_document;

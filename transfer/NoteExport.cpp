@@ -155,8 +155,8 @@ void NoteExport::writeNote(const Note &note)
 void NoteExport::printNote(const Note &note)
 {
     if (!m_renderer) {
-        m_renderer =
-            std::make_unique<PdfRenderer>(PageFolders{m_settings.fontsDirectory, m_settings.imagesDirectory});
+        m_renderer = std::make_unique<PdfRenderer>(
+            PageFolders{m_settings.fontsDirectory, m_settings.imagesDirectory});
         connect(m_renderer.get(), &PdfRenderer::rendered, this, &NoteExport::finishNote);
         connect(m_renderer.get(), &PdfRenderer::failed, this, [this](PdfRenderer::Failure failure) {
             fail(ExportFailure::Reason::cannotPrint,
