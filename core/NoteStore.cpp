@@ -240,8 +240,7 @@ void NoteStore::performSave(bool sync)
     startJob(m_saveQueue, [this, notes = m_notes, file = m_file] {
         const bool ok = write(notes, file); // the store outlives its jobs
         const QString keptConflict = file.takeKeptConflict();
-        QMetaObject::invokeMethod(
-            this, [this, ok, keptConflict] { finishSave(ok, keptConflict); }, Qt::QueuedConnection);
+        m_answers.give([this, ok, keptConflict] { finishSave(ok, keptConflict); });
     });
     if (sync)
         m_saveQueue.waitForDone();

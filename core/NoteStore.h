@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/JobAnswers.h"
 #include "core/NoteArray.h"
 #include "core/NotesChange.h"
 #include "core/NotesFile.h"
@@ -135,6 +136,7 @@ private:
     QElapsedTimer m_unsavedSince; ///< while a write is to come
     SaveRetry m_retry;
     std::atomic_bool m_failureIsLogged = false; ///< of this run of failures; the save queue's
+    JobAnswers m_answers; ///< of the save queue
     QThreadPool m_saveQueue;
     mutable QHash<QUuid, qsizetype> m_rows; ///< of each id's first note, unless stale
     mutable bool m_rowsAreStale = true;     ///< notes came, went or moved since

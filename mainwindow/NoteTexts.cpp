@@ -21,7 +21,8 @@ namespace
 // was edited just now wait.
 constexpr std::size_t notesInBatch = 64;
 constexpr qsizetype charactersInBatch = 131'072;
-// While a search waits, enough of them for all threads to go on while the main thread draws a frame.
+// While a search waits, enough of them for all threads to go on while the main thread draws a
+// frame.
 constexpr int hurriedBatches = 40;
 
 // Each piece of news makes a list of ten thousand look at all its rows, and mostly behind those on
@@ -217,11 +218,8 @@ void NoteTexts::hireWorker()
         startJob(threads, [this, isHurried = m_isHurried, batch = std::move(batch)] {
             if (!isHurried)
                 giveWay();
-            std::vector<Result> results = deriveBatch(batch);
-            // The object outlives its thread, and is only told, not touched.
-            QMetaObject::invokeMethod(
-                this, [this, results = std::move(results)]() mutable { take(std::move(results)); },
-                Qt::QueuedConnection);
+            m_answers.give(
+                [this, results = deriveBatch(batch)]() mutable { take(std::move(results)); });
         });
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/JobAnswers.h"
 #include "core/NoteArray.h"
 
 #include <QByteArray>
@@ -101,6 +102,7 @@ private:
     QElapsedTimer m_sinceTold;
     qint64 m_newsInterval = 0; ///< ms
     std::atomic<bool> m_isEnding = false;
+    JobAnswers m_answers;
     QThreadPool m_thread;
     QThreadPool m_hurriedThreads;
 };
