@@ -251,7 +251,10 @@ int PlimRun::exitCode()
 {
     if (!QTest::qWaitFor([this] { return !isRunning(); }, patience))
         return -1;
-    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    const int code = m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    if (code != 0) // a sanitizer's report, above all
+        qInfo("%s", qPrintable(said()));
+    return code;
 }
 
 // The renderers are the processes below the two that the engine keeps ready to become one.
