@@ -222,7 +222,7 @@ class Idle:
     def round(self):
         with plim(FEW, MANY // 2) as running:
             running.wait_until_ready()
-            running.process.settled_memory()
+            running.process.wait_until_still()
             files = _files(running.home)
             worked, written, sleeps = running.process.idle(self.seconds)
             self.engine = max(

@@ -152,6 +152,15 @@ class Process:
         }
         return after[0] - before[0], after[1] - before[1], sleeps
 
+    def wait_until_still(self, seconds=4, patience=30):
+        """Until no thread has woken for so long: what a start puts off it does once, some seconds
+        later. Whoever never comes to rest is not waited for any longer than patience."""
+        end = time.monotonic() + patience
+        while time.monotonic() < end:
+            sleeps = self.idle(seconds)[2]
+            if not any(count for _, count in sleeps.values()):
+                return
+
     def _written(self):
         total = 0
         for process in self._family():
