@@ -66,6 +66,8 @@ inline QByteArray againstLinearWork(const std::function<void(qsizetype)> &work,
     constexpr double millisecond = 1e6;
     constexpr double nobodysMatter = 0.5; // for a byte: as long as it takes to copy some
     constexpr int rounds = 8;
+    if constexpr (slowness > 1)
+        smallest /= 8; // a sanitizer looks for other faults, and writes down each piece of memory
     const auto durationFor = [&work](qsizetype size) { return duration([&] { work(size); }); };
     // What is far from it would take hours for the rest.
     if (const double tiny = durationFor(smallest / 8); tiny > slowness * second)
