@@ -14,11 +14,11 @@
 
 constexpr qsizetype megabyte = 1 << 20;
 
-/// So many repetitions of the pattern as have about that size.
+/// So many repetitions of the pattern as have about that size, and one at least.
 template <typename Text>
 Text filled(const Text &pattern, qsizetype size)
 {
-    return pattern.repeated(size / pattern.size());
+    return pattern.repeated(std::max<qsizetype>(1, size / pattern.size()));
 }
 
 /// The durations of some work for inputs each twice as large as the one before.
