@@ -12,7 +12,9 @@
 int main(int argc, char **argv)
 {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const auto number = [&](std::size_t i) { return std::atoi(arguments[i].c_str()); };
+    const auto number = [&](std::size_t i) {
+        return int(std::strtol(arguments[i].c_str(), nullptr, 10));
+    };
     bool isDone = false;
     if (arguments.size() == 3 && arguments[0] == "pause")
         isDone = watchPauses(std::uint32_t(number(1)), arguments[2]);
