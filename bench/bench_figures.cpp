@@ -20,6 +20,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <chrono>
@@ -227,6 +228,13 @@ QJsonObject coldSearch(int notes)
              })}};
 }
 
+/// Until what saves leave to be done afterwards is done: no figure has the rest of the one before.
+void waitForRest()
+{
+    if (!QThreadPool::globalInstance()->waitForDone(60'000))
+        qFatal("bench_figures: a save does not end");
+}
+
 double writeAlone(const QString &path, const QByteArray &bytes)
 {
     return lasted([&] {
@@ -255,9 +263,13 @@ QJsonObject save(int notes)
         }));
         // In turns, each first as often as the other: the disk is not as fast all the time.
         const auto writeBytes = [&] {
+            waitForRest();
             alone.push_back(writeAlone(f.home.path(u"alone.json"_s), bytes));
         };
-        const auto writeStore = [&] { whole.push_back(lasted([&] { f.store.flush(); })); };
+        const auto writeStore = [&] {
+            waitForRest();
+            whole.push_back(lasted([&] { f.store.flush(); }));
+        };
         if (i % 2 == 0)
             writeBytes();
         writeStore();
@@ -317,6 +329,7 @@ QJsonObject growth(int notes)
     for (int i = 0; i < backups + repetitions; ++i) {
         const double before = processSeconds();
         store.flush();
+        waitForRest();
         if (i >= backups)
             saves.push_back(processSeconds() - before);
     }

@@ -1,11 +1,13 @@
 #include "core/NotesFile.h"
 
 #include "core/NotesJson.h"
+#include "core/ThreadJob.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <filesystem>
@@ -99,6 +101,41 @@ std::optional<QString> writeTemporary(QSaveFile &file, const NoteArray &notes,
         return qt_error_string(errno);
     return std::nullopt;
 }
+
+/// Keeps the bytes of a file that may lose its name meanwhile. To take back those of a large one
+/// keeps the system as long as a quarter of their writing, and whoever waits for the writing need
+/// not wait for that: a thread beside does it, after everything else.
+class HeldBytes
+{
+public:
+    Q_DISABLE_COPY_MOVE(HeldBytes)
+
+    explicit HeldBytes([[maybe_unused]] const QString &path)
+    {
+#ifdef Q_OS_UNIX
+        m_descriptor = ::open(QFile::encodeName(path).constData(),
+                              O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+#endif
+    }
+
+    ~HeldBytes()
+    {
+#ifdef Q_OS_UNIX
+        if (m_descriptor < 0)
+            return;
+        constexpr qint64 large = 1 << 20; // below, a thread costs more than it spares
+        const std::optional<FileIdentity> file = FileIdentity::of(m_descriptor);
+        if (file && file->size >= large)
+            startJob(*QThreadPool::globalInstance(),
+                     [descriptor = m_descriptor] { ::close(descriptor); });
+        else
+            ::close(m_descriptor);
+#endif
+    }
+
+private:
+    int m_descriptor = -1;
+};
 
 /// Whether both are names of the same bytes.
 bool areLinked(const QString &one, const QString &other)
@@ -206,6 +243,7 @@ std::optional<QString> NotesFile::write(const NoteArray &notes) const
     const std::optional<FileLook> replaced = lookAt(fileURL());
     if (!replaced)
         return qt_error_string(errno);
+    const HeldBytes oldest(backupURLs().back()); // rotation deletes it
     if (replaced->exists)
         rotate();
     if (!file.commit())

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
+#include <QThreadPool>
 
 #include <cerrno>
 #include <filesystem>
@@ -72,6 +73,30 @@ private Q_SLOTS:
         QCOMPARE(data.read(u"notes.json.bak.2"_s), encoded("3"));
         QCOMPARE(data.read(u"notes.json.bak.3"_s), encoded("2"));
         QCOMPARE(data.names().size(), 4);
+    }
+
+    /// What a deleted backup took is given back beside the writing, but it is given back.
+    void noDeletedBackupIsKept_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::newRow("small") << 1;
+        QTest::newRow("large") << (2 << 20);
+    }
+    void noDeletedBackupIsKept()
+    {
+        QFETCH(int, size);
+        const DataDirectory data;
+        const NotesFile file(data.path());
+        file.createDirectories();
+        for (const char letter : {'1', '2', '3', '4', '5', '6'})
+            QVERIFY(!file.write(notes(QByteArray(size, letter))));
+        QCOMPARE(data.read(u"notes.json.bak.3"_s), encoded(QByteArray(size, '3')));
+        QVERIFY(QThreadPool::globalInstance()->waitForDone(10'000));
+        const QFileInfoList open = QDir(u"/proc/self/fd"_s).entryInfoList(QDir::System | QDir::Files);
+        for (const QFileInfo &descriptor : open)
+            QVERIFY2(!descriptor.symLinkTarget().startsWith(data.path()),
+                     qPrintable(descriptor.symLinkTarget()));
+        QVERIFY(!open.isEmpty() || !QFileInfo::exists(u"/proc/self/fd"_s));
     }
 
     void aMissingBackupLeavesAGap()
