@@ -3,12 +3,13 @@
 #include <QByteArray>
 #include <QLocale>
 
-#ifdef __SSE2__
-#include <tmmintrin.h>
+#ifdef __x86_64__
+#include <immintrin.h>
 #endif
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <string_view>
@@ -18,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr std::ptrdiff_t groupSize = 8;   ///< units of text that are looked at together
+constexpr std::ptrdiff_t groupSize = 16;  ///< units of text that are looked at together
 constexpr std::ptrdiff_t longestForm = 6; ///< of a unit: \u0000
 /// A group whose units take two bytes at most, and one of any that follows.
 constexpr std::ptrdiff_t roomBeyondPiece = groupSize * (2 + longestForm);
@@ -72,70 +73,83 @@ char *writeUnit(const char16_t *&at, const char16_t *end, char *to)
     return to;
 }
 
-#ifdef __SSE2__
-/// Where the bytes of a group come from when some of its units have one byte and the others two.
-struct Packing {
-    std::array<std::uint8_t, 16> places{};
-    std::uint8_t size = 0;
-};
+#ifdef __x86_64__
+/// Where the bytes of eight units come from when some of the units have one byte and the others
+/// two.
+using Places = std::array<std::uint8_t, 16>;
+constexpr std::size_t unitsPlaced = 8;
 
-using Packings = std::array<Packing, 256>; ///< by which of the eight units have one byte
-
-constexpr Packings allPackings()
+constexpr auto allPlaces() ///< by which of the units have one byte
 {
-    Packings all{};
+    std::array<Places, 1 << unitsPlaced> all{};
     for (unsigned singles = 0; singles < all.size(); ++singles) {
-        Packing &packing = all[singles];
-        for (unsigned unit = 0; unit < groupSize; ++unit) {
-            packing.places[packing.size++] = std::uint8_t(2 * unit);
+        std::size_t size = 0;
+        for (unsigned unit = 0; unit < unitsPlaced; ++unit) {
+            all[singles][size++] = std::uint8_t(2 * unit);
             if ((singles >> unit & 1) == 0)
-                packing.places[packing.size++] = std::uint8_t(2 * unit + 1);
+                all[singles][size++] = std::uint8_t(2 * unit + 1);
         }
     }
     return all;
 }
 
-constexpr Packings packings = allPackings();
+alignas(16) constexpr std::array<Places, 1 << unitsPlaced> places = allPlaces();
 
 /// Writes groups of which every unit takes one or two bytes, until the text or the piece ends or
 /// there is another. No unit is asked what it is: where letters with and without accents take
 /// turns, the processor would guess wrong all the time.
-__attribute__((target("ssse3"))) char *writeGroups(const char16_t *&at, const char16_t *end,
-                                                   char *to, const char *pieceEnd)
+__attribute__((target("avx2,popcnt"))) char *writeGroups(const char16_t *&at, const char16_t *end,
+                                                         char *to, const char *pieceEnd)
 {
-    const auto all = [](int value) { return _mm_set1_epi16(short(value)); };
-    const auto either = [](__m128i which, __m128i one, __m128i other) {
-        return _mm_or_si128(_mm_and_si128(which, one), _mm_andnot_si128(which, other));
+    const auto placesOf = [](unsigned singles) {
+        return _mm_load_si128(reinterpret_cast<const __m128i *>(places[singles].data()));
     };
+    const auto store = [](char *place, __m128i bytes) {
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(place), bytes);
+    };
+    const __m256i beforeFirst = _mm256_set1_epi16(short(0x8020));
+    const __m256i last = _mm256_set1_epi16(short(0x87DF));
+    const __m256i quote = _mm256_set1_epi16('"');
+    const __m256i slash = _mm256_set1_epi16('/');
+    const __m256i backslash = _mm256_set1_epi16('\\');
+    const __m256i asciiEnd = _mm256_set1_epi16(0x80);
+    const __m256i trailBits = _mm256_set1_epi16(0x3F);
+    const __m256i pairMarks = _mm256_set1_epi16(short(0x80C0));
     for (; end - at >= groupSize && to < pieceEnd; at += groupSize) {
         __builtin_prefetch(at + 512); // the notes are all over the memory
-        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+        const __m256i units = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(at));
         // From 0x20 to 0x7FF, in a comparison that knows signs.
-        const __m128i others = _mm_cmpgt_epi16(_mm_sub_epi16(units, all(0x8020)), all(0x87DF));
-        if (_mm_movemask_epi8(others) != 0)
+        const __m256i others = _mm256_cmpgt_epi16(_mm256_sub_epi16(units, beforeFirst), last);
+        if (_mm256_movemask_epi8(others) != 0)
             break;
-        const __m128i escaped = _mm_or_si128(
-            _mm_cmpeq_epi16(units, all('"')),
-            _mm_or_si128(_mm_cmpeq_epi16(units, all('\\')), _mm_cmpeq_epi16(units, all('/'))));
-        const __m128i single = _mm_andnot_si128(escaped, _mm_cmplt_epi16(units, all(0x80)));
-        const __m128i trail = _mm_slli_epi16(_mm_and_si128(units, all(0x3F)), 8);
-        const __m128i pair =
-            _mm_or_si128(all(0x80C0), _mm_or_si128(_mm_srli_epi16(units, 6), trail));
-        const __m128i escape = _mm_or_si128(all('\\'), _mm_slli_epi16(units, 8));
-        const __m128i bytes = either(single, units, either(escaped, escape, pair));
-        const int singles = _mm_movemask_epi8(_mm_packs_epi16(single, _mm_setzero_si128()));
-        const Packing &packing = packings[std::size_t(singles)];
-        const __m128i places =
-            _mm_loadu_si128(reinterpret_cast<const __m128i *>(packing.places.data()));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm_shuffle_epi8(bytes, places));
-        to += packing.size;
+        const __m256i escaped = _mm256_or_si256(
+            _mm256_cmpeq_epi16(units, quote), _mm256_or_si256(_mm256_cmpeq_epi16(units, backslash),
+                                                              _mm256_cmpeq_epi16(units, slash)));
+        const __m256i single = _mm256_andnot_si256(escaped, _mm256_cmpgt_epi16(asciiEnd, units));
+        const __m256i escape = _mm256_or_si256(backslash, _mm256_slli_epi16(units, 8));
+        const __m256i trail = _mm256_slli_epi16(_mm256_and_si256(units, trailBits), 8);
+        const __m256i pair =
+            _mm256_or_si256(pairMarks, _mm256_or_si256(_mm256_srli_epi16(units, 6), trail));
+        const __m256i bytes =
+            _mm256_blendv_epi8(_mm256_blendv_epi8(pair, escape, escaped), units, single);
+        // A bit for each unit, those of the second half from bit 16 on.
+        const auto singles =
+            unsigned(_mm256_movemask_epi8(_mm256_packs_epi16(single, _mm256_setzero_si256())));
+        const unsigned first = singles & 0xFF;
+        const unsigned second = singles >> 16;
+        const __m256i packed =
+            _mm256_shuffle_epi8(bytes, _mm256_set_m128i(placesOf(second), placesOf(first)));
+        store(to, _mm256_castsi256_si128(packed));
+        to += 2 * unitsPlaced - std::size_t(std::popcount(first));
+        store(to, _mm256_extracti128_si256(packed, 1));
+        to += 2 * unitsPlaced - std::size_t(std::popcount(second));
     }
     return to;
 }
 
 bool canWriteGroups()
 {
-    return __builtin_cpu_supports("ssse3") != 0;
+    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
 }
 #else
 char *writeGroups(const char16_t *&, const char16_t *, char *to, const char *)

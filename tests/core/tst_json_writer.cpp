@@ -28,6 +28,7 @@ QList<QByteArray> piecesOf(const QString &text)
 }
 
 constexpr qsizetype aroundText = 4; ///< [""]
+constexpr int group = 16;           ///< units that are looked at together
 } // namespace
 
 class TestJsonWriter : public QObject
@@ -35,13 +36,13 @@ class TestJsonWriter : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Alone among letters of one byte, and of two, at every place of the eight that are looked at
-    /// together.
+    /// Alone among letters of one byte, and of two, at every place of those that are looked
+    /// at together.
     void everyUnit_data()
     {
         QTest::addColumn<QChar>("neighbour");
         QTest::addColumn<int>("place");
-        for (int place = 0; place < 8; ++place) {
+        for (int place = 0; place < group; ++place) {
             QTest::addRow("a, %d", place) << QChar(u'a') << place;
             QTest::addRow("ż, %d", place) << QChar(u'ż') << place;
         }
@@ -50,9 +51,22 @@ private Q_SLOTS:
     {
         QFETCH(QChar, neighbour);
         QFETCH(int, place);
-        QString text(8 * qsizetype(0x10000), neighbour);
+        QString text(group * qsizetype(0x10000), neighbour);
         for (qsizetype unit = 0; unit < 0x10000; ++unit)
-            text[8 * unit + place] = QChar(char16_t(unit));
+            text[group * unit + place] = QChar(char16_t(unit));
+        QVERIFY(piecesOf(text).join() == asQtWrites(text));
+    }
+
+    /// Of letters of one byte and of two, and of what is escaped, in every order.
+    void everyMixture()
+    {
+        constexpr int bits = 1 << group;
+        QString text;
+        text.reserve(group * qsizetype(bits));
+        for (int mixture = 0; mixture < bits; ++mixture) {
+            for (int unit = 0; unit < group; ++unit)
+                text += (mixture >> unit & 1) != 0 ? u'ż' : unit % 3 == 0 ? u'/' : u'a';
+        }
         QVERIFY(piecesOf(text).join() == asQtWrites(text));
     }
 

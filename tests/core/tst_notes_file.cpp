@@ -92,7 +92,8 @@ private Q_SLOTS:
             QVERIFY(!file.write(notes(QByteArray(size, letter))));
         QCOMPARE(data.read(u"notes.json.bak.3"_s), encoded(QByteArray(size, '3')));
         QVERIFY(QThreadPool::globalInstance()->waitForDone(10'000));
-        const QFileInfoList open = QDir(u"/proc/self/fd"_s).entryInfoList(QDir::System | QDir::Files);
+        const QFileInfoList open =
+            QDir(u"/proc/self/fd"_s).entryInfoList(QDir::System | QDir::Files);
         for (const QFileInfo &descriptor : open)
             QVERIFY2(!descriptor.symLinkTarget().startsWith(data.path()),
                      qPrintable(descriptor.symLinkTarget()));
