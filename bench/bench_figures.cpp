@@ -11,6 +11,7 @@
 #include "mainwindow/ContentController.h"
 #include "sticky/WindowHolder.h"
 #include "tests/core/Duration.h"
+#include "tests/core/OpenFiles.h"
 #include "tests/mainwindow/ManyNotes.h"
 #include "tests/mainwindow/NoteListFixture.h"
 
@@ -20,7 +21,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
-#include <QThreadPool>
+#include <QThread>
 
 #include <algorithm>
 #include <chrono>
@@ -228,11 +229,15 @@ QJsonObject coldSearch(int notes)
              })}};
 }
 
-/// Until what saves leave to be done afterwards is done: no figure has the rest of the one before.
-void waitForRest()
+/// Until the backup that a save has deleted is gone: no figure has the rest of the one before.
+void waitForRest(const QString &dataDirectory)
 {
-    if (!QThreadPool::globalInstance()->waitForDone(60'000))
-        qFatal("bench_figures: a save does not end");
+    const QDeadlineTimer end(std::chrono::minutes(1));
+    while (holdsDeletedFile(dataDirectory)) {
+        if (end.hasExpired())
+            qFatal("bench_figures: a save does not end");
+        QThread::msleep(1);
+    }
 }
 
 double writeAlone(const QString &path, const QByteArray &bytes)
@@ -263,11 +268,11 @@ QJsonObject save(int notes)
         }));
         // In turns, each first as often as the other: the disk is not as fast all the time.
         const auto writeBytes = [&] {
-            waitForRest();
+            waitForRest(f.home.data());
             alone.push_back(writeAlone(f.home.path(u"alone.json"_s), bytes));
         };
         const auto writeStore = [&] {
-            waitForRest();
+            waitForRest(f.home.data());
             whole.push_back(lasted([&] { f.store.flush(); }));
         };
         if (i % 2 == 0)
@@ -331,7 +336,7 @@ QJsonObject growth(int notes)
     for (int i = 0; i < backups + repetitions; ++i) {
         const double before = processSeconds();
         store.flush();
-        waitForRest();
+        waitForRest(home.data());
         if (i >= backups)
             saves.push_back(processSeconds() - before);
     }

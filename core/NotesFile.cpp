@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <filesystem>
@@ -110,7 +109,8 @@ class HeldBytes
 public:
     Q_DISABLE_COPY_MOVE(HeldBytes)
 
-    explicit HeldBytes([[maybe_unused]] const QString &path)
+    /// The thread is one of the pool, which must outlive this.
+    HeldBytes([[maybe_unused]] const QString &path, QThreadPool &pool) : m_pool(pool)
     {
 #ifdef Q_OS_UNIX
         m_descriptor = ::open(QFile::encodeName(path).constData(),
@@ -126,14 +126,14 @@ public:
         constexpr qint64 large = 1 << 20; // below, a thread costs more than it spares
         const std::optional<FileIdentity> file = FileIdentity::of(m_descriptor);
         if (file && file->size >= large)
-            startJob(*QThreadPool::globalInstance(),
-                     [descriptor = m_descriptor] { ::close(descriptor); });
+            startJob(m_pool, [descriptor = m_descriptor] { ::close(descriptor); });
         else
             ::close(m_descriptor);
 #endif
     }
 
 private:
+    [[maybe_unused]] QThreadPool &m_pool;
     int m_descriptor = -1;
 };
 
@@ -243,7 +243,7 @@ std::optional<QString> NotesFile::write(const NoteArray &notes) const
     const std::optional<FileLook> replaced = lookAt(fileURL());
     if (!replaced)
         return qt_error_string(errno);
-    const HeldBytes oldest(backupURLs().back()); // rotation deletes it
+    const HeldBytes oldest(backupURLs().back(), m_state->leftovers); // rotation deletes it
     if (replaced->exists)
         rotate();
     if (!file.commit())

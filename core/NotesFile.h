@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QThreadPool>
 
 #include <array>
 #include <atomic>
@@ -70,6 +71,7 @@ private:
         std::optional<ContentDigest> digest; ///< nullopt when there were no bytes to be had
         QString keptConflict;
         std::vector<FileIdentity> written; ///< by this program; the last ones
+        QThreadPool leftovers; ///< what a write need not wait for; ends before this does
     };
 
     [[nodiscard]] QString freeName(const QString &reason) const;

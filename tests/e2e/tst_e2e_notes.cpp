@@ -146,7 +146,10 @@ void TestEndToEnd::lostDisplayKeepsWhatWasReported()
     const auto restore = qScopeGuard([&] { qputenv("DISPLAY", usualDisplay); });
 
     const ThrowAwayHome home;
-    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s)});
+    // So large that what becomes of a backup is left to a thread, even now.
+    storeNotes(home, {storedNote(firstID, u"<h1>A</h1>"_s), storedNote(secondID, QString(2'000'000, u'x'))});
+    for (const QString &backup : {u"bak.1"_s, u"bak.2"_s, u"bak.3"_s})
+        QVERIFY(QFile::copy(home.data() + u"/notes.json"_s, home.data() + u"/notes.json."_s + backup));
     PlimRun plim(home);
     QVERIFY(plim.open(u':' + QString::fromLatin1(number.trimmed())));
     QVERIFY(plim.selectRow(0, firstID));
@@ -158,6 +161,7 @@ void TestEndToEnd::lostDisplayKeepsWhatWasReported()
     server.kill();
     QVERIFY(server.waitForFinished());
     QTRY_VERIFY_WITH_TIMEOUT(!plim.isRunning(), longEnough);
+    QCOMPARE(plim.exitCode(), 1);
     QCOMPARE(plim.bodyOnDisk(), u"<h1>A</h1>first words and more"_s);
 }
 
