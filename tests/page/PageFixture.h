@@ -71,6 +71,10 @@ public:
     [[nodiscard]] QQuickView &view() { return m_view; }
     [[nodiscard]] QQuickItem *webEngineView() const;
 
+    /// Forgets what the page has reported, with what is still on its way or waits for its timer:
+    /// every report after this one is of a state that comes later.
+    void forgetReports();
+
     /// Takes the place of the desktop: no test starts a browser.
     [[nodiscard]] static std::vector<QUrl> &openedLinks();
 
@@ -85,6 +89,7 @@ private:
     QQuickView m_view;
     RichTextEditorCoordinator *m_coordinator = nullptr;
     EditorController m_controller;
+    int m_endsOfReports = 0;
 };
 
 /// A main for page tests: the platform is prepared as the program does it.

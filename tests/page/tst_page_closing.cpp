@@ -34,7 +34,7 @@ void TestPageClosing::initTestCase()
 
 void TestPageClosing::init()
 {
-    m_page.changes.clear();
+    m_page.forgetReports();
 }
 
 void TestPageClosing::theLastLetterArrives_data()
@@ -53,7 +53,7 @@ void TestPageClosing::theLastLetterArrives()
     // The words are new in every row: the editor is silent about those that it knows.
     const QString words = QString::fromLatin1(QTest::currentDataTag());
     m_page.load(u"<p>"_s + words + u"|</p>"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     bool isAnswered = false;
     QKeyEvent down(QEvent::KeyPress, Qt::Key_K, {}, 0, 0, 0, u"k"_s);
     QCoreApplication::sendEvent(&m_page.view(), &down);

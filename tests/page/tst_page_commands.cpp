@@ -1,9 +1,8 @@
 #include "tests/page/PageFixture.h"
-#include "tests/Patience.h"
+#include "tests/views/WaitFor.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -243,7 +242,7 @@ void TestPageCommands::undoAndRedo()
 void TestPageCommands::toggleErrorIsLogged()
 {
     m_page.load(u"<p>milk|</p>"_s);
-    m_page.logs.clear();
+    m_page.forgetReports();
     m_page.js(u"document.getSelection = () => { throw new Error('gone'); }; toggleChecklist(); delete document.getSelection; null"_s);
     QTRY_COMPARE(m_page.logs.size(), 1U);
     QCOMPARE(m_page.logs[0], u"toggle-error: gone"_s);
@@ -251,17 +250,11 @@ void TestPageCommands::toggleErrorIsLogged()
 
 QJsonObject TestPageCommands::state()
 {
-    QSignalSpy messages(m_page.coordinator().webView(), &EditorWebView::messageReceived);
+    m_page.forgetReports();
     m_page.js(u"reportFormatState()"_s);
-    QJsonObject object;
-    const auto take = [&] {
-        for (const QVariantList &message : messages) {
-            if (message[0] == u"plimState"_s)
-                object = QJsonDocument::fromJson(message[1].toString().toUtf8()).object();
-        }
-        return !object.isEmpty();
-    };
-    return QTest::qWaitFor(take, longEnough) ? object : QJsonObject();
+    if (!waitFor([this] { return !m_page.states.empty(); }))
+        return {};
+    return QJsonDocument::fromJson(m_page.states.back().toUtf8()).object();
 }
 
 void TestPageCommands::formatStateReport_data()
@@ -308,18 +301,18 @@ void TestPageCommands::formatStateInTitle()
 
 void TestPageCommands::formatStateHasTwelveMembersInOrder()
 {
-    m_page.states.clear();
+    m_page.forgetReports();
     m_page.load(u"mi|lk"_s);
     QTRY_VERIFY(!m_page.states.empty());
-    QCOMPARE(m_page.states.back(),
-             u"{\"bold\":false,\"italic\":false,\"underline\":false,\"strike\":false,\"bullet\":false,\"ordered\":false,"
-             "\"h1\":false,\"h2\":false,\"h3\":false,\"p\":false,\"link\":false,\"checklist\":false}"_s);
+    QTRY_COMPARE(m_page.states.back(), // a command's report takes its time
+                 u"{\"bold\":false,\"italic\":false,\"underline\":false,\"strike\":false,\"bullet\":false,\"ordered\":false,"
+                 "\"h1\":false,\"h2\":false,\"h3\":false,\"p\":false,\"link\":false,\"checklist\":false}"_s);
 }
 
 void TestPageCommands::formatStateFollowsTheCaret()
 {
     m_page.load(u"<h2>milk</h2><p>te|a</p>"_s);
-    m_page.states.clear();
+    m_page.forgetReports();
     m_page.press(Qt::Key_Up);
     QTRY_VERIFY(!m_page.states.empty() && m_page.states.back().contains("\"h2\":true"_L1));
 }
@@ -327,7 +320,7 @@ void TestPageCommands::formatStateFollowsTheCaret()
 void TestPageCommands::leavingChecklistIsLogged()
 {
     m_page.load(u"<check><li>☐milk|</li></check>"_s);
-    m_page.logs.clear();
+    m_page.forgetReports();
     m_page.press(Qt::Key_Return, Qt::ShiftModifier);
     QTRY_COMPARE(m_page.logs.size(), 1U);
     QCOMPARE(m_page.logs[0], u"after300: anchor=P in DIV in-escP=true"_s);

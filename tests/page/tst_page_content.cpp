@@ -274,7 +274,7 @@ void TestPageContent::loadingReportsTheNormalizedForm()
     const QUuid note = QUuid::createUuid();
     m_page.ask(note, u"<h1>T</h1>"_s);
     QTRY_COMPARE(m_page.coordinator().loadedNoteID(), note);
-    m_page.changes.clear();
+    m_page.forgetReports();
     const QUuid other = QUuid::createUuid();
     m_page.ask(other, u"<h1 class=\"x\">T</h1><div>a</div>"_s);
     QTRY_COMPARE(m_page.changes.size(), 1U);
@@ -328,7 +328,7 @@ void TestPageContent::cancelledReportIsNotSent()
 void TestPageContent::flushSendsAtOnce()
 {
     m_page.load(u"<p>a|</p>"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.js(u"bodyEl.firstChild.append('x'); flushNow(); cancelDebounce()"_s);
     QTRY_VERIFY(!m_page.changes.empty());
     QCOMPARE(m_page.changes.back().html, u"<h1>T</h1><p>ax</p>"_s);

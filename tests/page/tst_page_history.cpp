@@ -244,7 +244,7 @@ void TestPageHistory::undoStaysInItsNote()
     QTRY_COMPARE(m_page.coordinator().loadedNoteID(), a);
     QTRY_COMPARE(m_page.body(), u"<p>milk|</p>"_s);
     m_page.type(u"tea"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.ask(b, u"<h1>B</h1><p>oil</p>"_s);
     QTRY_COMPARE(m_page.coordinator().loadedNoteID(), b);
     QTRY_COMPARE(m_page.body(), u"<p>oil|</p>"_s);

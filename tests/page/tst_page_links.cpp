@@ -108,7 +108,7 @@ void TestPageLinks::addressesThatDoNothing()
     QFETCH(QString, typed);
     const QString before = u"<p>a [milk] <a href=\"https://example.org/\">tea</a></p>"_s;
     m_page.load(before);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.run(EditorCommand::link(typed));
     QCOMPARE(m_page.body(), before);
     m_page.load(u"<p>a <a href=\"https://example.org/\">te|a</a></p>"_s);
@@ -165,7 +165,7 @@ void TestPageLinks::linkCommand()
     QFETCH(QString, after);
     QFETCH(QString, afterTyping);
     m_page.load(before);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.run(EditorCommand::link(u"example.org"_s));
     QCOMPARE(m_page.body(), after);
     QTRY_VERIFY(!m_page.changes.empty());

@@ -324,7 +324,7 @@ void TestPageLock::hostOffersToTakeMessages()
     // The channel offers to delete, but does so only with objects of its own making.
     m_page.js(u"new QWebChannel(qt.webChannelTransport, channel => { channel.objects.host.deleteLater(); window.isAsked = true; }); null"_s);
     QTRY_VERIFY(m_page.js(u"window.isAsked"_s).toBool());
-    m_page.logs.clear();
+    m_page.forgetReports();
     m_page.js(u"post('plimLog', 'still there')"_s);
     QTRY_COMPARE(m_page.logs, std::vector<QString>{u"still there"_s});
 }

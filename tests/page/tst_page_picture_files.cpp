@@ -32,8 +32,7 @@ private Q_SLOTS:
 void TestPagePictureFiles::reportsDoNotCarryTheBytes()
 {
     m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.js(u"throttleClock = 0"_s); // the engine's own event would be reported at once
     auto *data = new QMimeData;
     data->setImageData(QImage::fromData(bytesOfPicture(Qt::red, "PNG")));
@@ -50,10 +49,9 @@ void TestPagePictureFiles::reportsDoNotCarryTheBytes()
 void TestPagePictureFiles::whatIsTypedMeanwhileIsReported()
 {
     m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
+    m_page.forgetReports();
     holdHost(true);
     drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
-    m_page.changes.clear();
     m_page.type(u"milk"_s);
     QTRY_COMPARE(m_page.js(u"window.answers.length"_s).toInt(), 1);
     QVERIFY(m_page.changes.empty());
@@ -66,14 +64,13 @@ void TestPagePictureFiles::whatIsTypedMeanwhileIsReported()
 void TestPagePictureFiles::silentHostDoesNotHoldReportsUp()
 {
     m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
+    m_page.forgetReports();
     holdHost(true);
-    m_page.changes.clear();
     drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
     QTRY_VERIFY(!m_page.changes.empty());
     QCOMPARE(m_page.changes[0].html,
              u"<h1>T</h1><p><img src=\"%1\">a</p>"_s.arg(dataAddress(gif, u"gif"_s)));
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.type(u"z"_s);
     QTRY_VERIFY(!m_page.changes.empty()); // nor those that follow
     holdHost(false);                      // a late answer is welcome all the same
@@ -84,9 +81,8 @@ void TestPagePictureFiles::silentHostDoesNotHoldReportsUp()
 void TestPagePictureFiles::switchMeanwhileLosesNothing()
 {
     m_page.load(u"<p>a|</p>"_s);
-    m_page.js(u"flushNow()"_s);
+    m_page.forgetReports();
     holdHost(true);
-    m_page.changes.clear();
     drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
     m_page.type(u"z"_s);
     const QUuid other = QUuid::createUuid();
@@ -116,7 +112,7 @@ void TestPagePictureFiles::refusedPictureStaysInItsNote()
     m_page.coordinator().setImagesDirectory(m_images.filePath(u"absent"_s));
     const QString address = dataAddress(gif, u"gif"_s);
     m_page.load(u"<p>milk</p>"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Failed to store image: .+"_s));
     drop(u"#body p"_s, {scriptFile(gif, u"a.gif"_s, u"image/gif"_s)});
     QTRY_COMPARE(m_page.js(u"picturesUnderWay.size"_s).toInt(), 0);

@@ -173,7 +173,7 @@ void TestPageTraps::outsideChangeReplacesUnfocusedContentOnly()
 
 void TestPageTraps::textTypedAfterTheReadOfASwitchIsSent()
 {
-    m_left->changes.clear();
+    m_left->forgetReports();
     const QString b = m_b.toString(QUuid::WithoutBraces).toUpper();
     // The mutation is noticed, and its report waits, when the next note's id and content come.
     m_left->js(u"bodyEl.firstChild.append('x'); Promise.resolve().then(() => { setCurrentID('%1'); setContent('<h1>B</h1>'); }); null"_s.arg(b));
@@ -202,7 +202,7 @@ void TestPageTraps::deadPageComesBackWithTheLastKnownText()
 {
     m_left->type(u"x"_s);
     QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>ax</p>"_s);
-    m_left->changes.clear();
+    m_left->forgetReports();
     QSignalSpy shown(&m_left->coordinator(), &RichTextEditorCoordinator::shown);
     ::kill(m_left->webEngineView()->property("renderProcessPid").value<qint64>(), SIGKILL);
     QTRY_COMPARE(shown.size(), 1);

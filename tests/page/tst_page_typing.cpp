@@ -64,7 +64,7 @@ void TestPageTyping::initTestCase()
 
 void TestPageTyping::init()
 {
-    m_page.changes.clear();
+    m_page.forgetReports();
 }
 
 void TestPageTyping::returnInTitleGoesToBody()
@@ -241,7 +241,7 @@ void TestPageTyping::composedTextArrives()
         m_page.load({}, u"x|"_s);
     else
         m_page.load(u"<check><li>☐x|</li></check>"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     const QString text = inTitle ? u"titleEl.textContent"_s : u"bodyEl.textContent"_s;
     for (const QChar letter : polishLetters) {
         compose(u"´"_s, {});
@@ -276,7 +276,7 @@ void TestPageTyping::comingBackWithTabGoesOnWhereItWas()
 void TestPageTyping::clickOnBoxTicksAndKeepsCaret()
 {
     m_page.load(u"<p>he|re</p><check><li>☐milk</li></check>"_s);
-    m_page.changes.clear();
+    m_page.forgetReports();
     m_page.click(u"#body .chk"_s);
     QTRY_COMPARE(m_page.body(), u"<p>he|re</p><check><li.checked>☑milk</li></check>"_s);
     QTRY_VERIFY(!m_page.changes.empty());
@@ -298,7 +298,7 @@ void TestPageTyping::changesAreReported()
 {
     m_page.load(u"<p>mil|</p>"_s, u"Sh\"op"_s);
     QTRY_VERIFY(!m_page.changes.empty());
-    m_page.changes.clear();
+    m_page.forgetReports();
     QSignalSpy messages(m_page.coordinator().webView(), &EditorWebView::messageReceived);
     m_page.type(u"k"_s);
     QTRY_VERIFY(!m_page.changes.empty());
