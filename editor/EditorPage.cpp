@@ -54,8 +54,8 @@ QString editorScript()
     QString script;
     // The order is that of the sections: each may use what stands before it when it is run.
     for (const QLatin1StringView section :
-         {"state"_L1, "dom"_L1, "lock"_L1, "cleaning"_L1, "caret"_L1, "reports"_L1, "links"_L1,
-          "blocks"_L1, "lists"_L1, "checklists"_L1, "tidy"_L1, "history"_L1, "keys"_L1,
+         {"state"_L1, "dom"_L1, "lock"_L1, "cleaning"_L1, "caret"_L1, "reports"_L1, "words"_L1,
+          "links"_L1, "blocks"_L1, "lists"_L1, "checklists"_L1, "tidy"_L1, "history"_L1, "keys"_L1,
           "pictures"_L1, "paste"_L1, "commands"_L1, "start"_L1})
         script += pageResource(u"script/"_s + section + u".js"_s) + u'\n';
     return script;

@@ -102,7 +102,9 @@ void TestLargeNotes::theWindowAnswersAllTheTime_data()
         << true;
     QTest::newRow("twenty megabytes") << twentyMegabytes() << true;
     QTest::newRow("one word of twenty megabytes")
-        << u"<h1>A</h1><p>"_s + QString(20'000'000, u'x') + u"</p><p>last words</p>"_s << false;
+        << u"<h1>A</h1><p>"_s + QString(20'000'000, u'x') + u"</p><p>last words</p>"_s << true;
+    QTest::newRow("a heading of one word")
+        << u"<h1>"_s + QString(1'000'000, u'x') + u"</h1><p>last words</p>"_s << true;
     QTest::newRow("two hundred thousand items")
         << u"<h1>A</h1><ul>"_s + u"<li>an item</li>"_s.repeated(200'000) +
                u"<li>last words</li></ul>"_s

@@ -136,7 +136,7 @@ std::vector<Rule> expectedRules(const QString &base, const QString &rightPadding
 }
 
 /// What a page may add to the rules above: lists in lists, items whose words stand in a line, wide
-/// numbers, the hand over a link.
+/// numbers, the hand over a link, very long words.
 bool isRefinement(const Rule &rule)
 {
     static const std::vector<Rule> refinements{
@@ -145,6 +145,7 @@ bool isRefinement(const Rule &rule)
          {u"display: block"_s, u"position: relative"_s, u"padding-left: 1.5em"_s}},
         {u"#body ul.checklist > li > .chk"_s, {u"position: absolute"_s, u"left: 0"_s, u"top: 0"_s}},
         {u":root.opens-links #title a, :root.opens-links #body a"_s, {u"cursor: pointer"_s}},
+        {u":root.has-long-words"_s, {u"font-kerning: none"_s}},
         wideNumbers(10, u"1.75em"_s),
         wideNumbers(100, u"2.4em"_s),
         {u"#title"_s, {u"max-height: 45%"_s, u"overflow-x: hidden"_s, u"overflow-y: auto"_s}},

@@ -71,8 +71,8 @@ public:
     [[nodiscard]] QQuickView &view() { return m_view; }
     [[nodiscard]] QQuickItem *webEngineView() const;
 
-    /// Forgets what the page has reported, with what is still on its way or waits for its timer:
-    /// every report after this one is of a state that comes later.
+    /// Forgets what the page has reported and what waits to be, but for the report that follows a
+    /// command.
     void forgetReports();
 
     /// Takes the place of the desktop: no test starts a browser.
@@ -89,7 +89,6 @@ private:
     QQuickView m_view;
     RichTextEditorCoordinator *m_coordinator = nullptr;
     EditorController m_controller;
-    int m_endsOfReports = 0;
 };
 
 /// A main for page tests: the platform is prepared as the program does it.

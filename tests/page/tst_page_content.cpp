@@ -32,6 +32,9 @@ private Q_SLOTS:
     void numbersOfListsAreWhole_data();
     void numbersOfListsAreWhole();
     void loadingReportsTheNormalizedForm();
+    void longWordsGoWithoutKerning_data();
+    void longWordsGoWithoutKerning();
+    void wordThatGrowsLongGoesWithoutKerning();
     void cancelledReportIsNotSent();
     void flushSendsAtOnce();
 
@@ -311,6 +314,51 @@ void TestPageContent::numbersOfListsAreWhole()
     if (count < 10)
         QCOMPARE(widths[1].toDouble(), 24.0);
     m_page.js(u"setFontSize(15)"_s);
+}
+
+void TestPageContent::longWordsGoWithoutKerning_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("body");
+    QTest::addColumn<QString>("kerning");
+    const QString shorter(1999, u'x');
+    const QString longer(2000, u'x');
+    const auto paragraph = [](const QString &text) { return u"<p>"_s + text + u"</p>"_s; };
+    QTest::newRow("words") << u"T"_s << paragraph(u"milk and "_s.repeated(1000)) << u"auto"_s;
+    QTest::newRow("short in the body") << u"T"_s << paragraph(shorter) << u"auto"_s;
+    QTest::newRow("long in the body") << u"T"_s << paragraph(longer) << u"none"_s;
+    QTest::newRow("short in the title") << shorter << paragraph(u"a"_s) << u"auto"_s;
+    QTest::newRow("long in the title") << longer << paragraph(u"a"_s) << u"none"_s;
+    QTest::newRow("long in front") << u"T"_s << paragraph(longer + u" a b"_s) << u"none"_s;
+    QTest::newRow("long behind") << u"T"_s << paragraph(u"a b "_s + longer) << u"none"_s;
+    QTest::newRow("long between") << u"T"_s << paragraph(u"a\n"_s + longer + u"\u00a0b"_s) << u"none"_s;
+    QTest::newRow("short on both sides") << u"T"_s << paragraph(shorter + u' ' + shorter) << u"auto"_s;
+    QTest::newRow("short in two lines") << u"T"_s << paragraph(shorter).repeated(2) << u"auto"_s;
+    QTest::newRow("long in an item") << u"T"_s << u"<check><li>☐a</li><li>☐b<b>"_s + longer + u"</b></li></check>"_s << u"none"_s;
+    QTest::newRow("a picture's address") << u"T"_s << u"<p>a<img src=\"data:image/gif;base64,"_s + longer + u"\"></p>"_s << u"auto"_s;
+}
+
+/// As it is asked for of the engine, whose time with a kerned word grows with the square of its length.
+void TestPageContent::longWordsGoWithoutKerning()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, body);
+    m_page.load(body, title);
+    for (const QString &region : {u"titleEl"_s, u"bodyEl"_s})
+        QTEST(m_page.text(u"getComputedStyle(%1).fontKerning"_s.arg(region)), "kerning");
+}
+
+void TestPageContent::wordThatGrowsLongGoesWithoutKerning()
+{
+    const auto kerning = [this] { return m_page.text(u"getComputedStyle(bodyEl).fontKerning"_s); };
+    m_page.load(u"<p>"_s + QString(1998, u'x') + u"|</p>"_s);
+    m_page.type(u"x"_s);
+    QCOMPARE(kerning(), u"auto"_s);
+    m_page.type(u"x"_s);
+    QCOMPARE(kerning(), u"none"_s);
+    m_page.run(EditorCommand::Kind::undo);
+    m_page.load(u"<p>a</p>"_s);
+    QCOMPARE(kerning(), u"auto"_s);
 }
 
 void TestPageContent::cancelledReportIsNotSent()

@@ -18,6 +18,8 @@ private Q_SLOTS:
     void pasteIntoBody();
     void pasteIntoTitle_data();
     void pasteIntoTitle();
+    void longWordIsPastedInLinearTime_data();
+    void longWordIsPastedInLinearTime();
     void pasteIsReported();
     void copiedTextComesBackWhole_data();
     void copiedTextComesBackWhole();
@@ -129,6 +131,31 @@ void TestPagePaste::pasteIntoTitle()
     paste(html, plain);
     QTRY_COMPARE(m_page.title(), after);
     QCOMPARE(m_page.body(), u"<p>x</p>"_s);
+}
+
+void TestPagePaste::longWordIsPastedInLinearTime_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QString>("plain");
+    QTest::addColumn<bool>("inTitle");
+    const QString word(1'000'000, u'x');
+    QTest::newRow("plain") << QString() << word << false;
+    QTest::newRow("plain lines") << QString() << word + u'\n' + word << false;
+    QTest::newRow("markup") << u"<p>"_s + word + u"</p>"_s << word << false;
+    QTest::newRow("markup alone") << u"<p>"_s + word + u"</p>"_s << QString() << false;
+    QTest::newRow("title") << QString() << word << true;
+}
+
+/// The square of it would be minutes.
+void TestPagePaste::longWordIsPastedInLinearTime()
+{
+    QFETCH(QString, html);
+    QFETCH(QString, plain);
+    QFETCH(bool, inTitle);
+    m_page.load(inTitle ? u"<p>a</p>"_s : u"<p>a|</p>"_s, inTitle ? u"T|"_s : u"T"_s);
+    paste(html, plain);
+    QTRY_VERIFY(m_page.js(u"%1.textContent.length"_s.arg(inTitle ? u"titleEl"_s : u"bodyEl"_s)).toInt() > 1'000'000);
+    m_page.load(u"<p>a|</p>"_s);
 }
 
 void TestPagePaste::pasteIsReported()

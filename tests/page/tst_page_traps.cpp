@@ -70,8 +70,12 @@ private Q_SLOTS:
     void flushDeliversWhatIsPending();
     void textSizeIsSentOnce();
     void aNoteOfVeryManyLinesIsShownWhole();
+    void aVeryLongWordIsWrittenOn_data();
+    void aVeryLongWordIsWrittenOn();
     void aLongReportArrivesWhole_data();
     void aLongReportArrivesWhole();
+    void aReportIsThereBeforeALaterAnswer_data();
+    void aReportIsThereBeforeALaterAnswer();
     void whatIsKnownIsNotToldAgain();
     void aNoteThatCouldNotBeShownIsNotTakenForAnother();
 
@@ -287,6 +291,29 @@ void TestPageTraps::aNoteOfVeryManyLinesIsShownWhole()
     QVERIFY(m_desk->bodies[m_b] == html);
 }
 
+void TestPageTraps::aVeryLongWordIsWrittenOn_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QString>("region");
+    const QString word(1'000'000, u'x');
+    QTest::newRow("title") << u"<h1>"_s + word + u"</h1><p>a</p>"_s << u"titleEl"_s;
+    QTest::newRow("body") << u"<h1>T</h1><p>"_s + word + u"</p>"_s << u"bodyEl"_s;
+}
+
+/// In seconds; it took the engine minutes for every letter, before words.js.
+void TestPageTraps::aVeryLongWordIsWrittenOn()
+{
+    QFETCH(QString, html);
+    QFETCH(QString, region);
+    m_desk->bodies[m_b] = html;
+    m_desk->show(*m_left, m_b);
+    QTRY_COMPARE(m_left->coordinator().loadedNoteID(), m_b);
+    m_left->js(u"placeCaretAtEnd(%1); null"_s.arg(region));
+    m_left->type(u"yz"_s);
+    QTRY_VERIFY(m_desk->bodies[m_b].contains(u"xyz"_s));
+    QCOMPARE(m_desk->bodies[m_b].size(), html.size() + 2);
+}
+
 // It comes in pieces, none of which may end within a character of two units.
 void TestPageTraps::aLongReportArrivesWhole_data()
 {
@@ -304,6 +331,28 @@ void TestPageTraps::aLongReportArrivesWhole()
     QVERIFY(m_desk->bodies[m_a] == u"<h1>A</h1><p>%1</p>"_s.arg(text));
     m_left->js(u"bodyEl.lastChild.textContent = 'b'; flushNow(); null"_s);
     QTRY_COMPARE(m_desk->bodies[m_a], u"<h1>A</h1><p>b</p>"_s);
+}
+
+// Else a report would undo what was typed between it and the answer that a switch of notes waits for.
+void TestPageTraps::aReportIsThereBeforeALaterAnswer_data()
+{
+    QTest::addColumn<int>("words");
+    QTest::addColumn<int>("count");
+    QTest::newRow("a few words") << 3 << 200;
+    QTest::newRow("a long note") << 20'000 << 50;
+    QTest::newRow("in pieces") << 500'000 << 5;
+}
+
+void TestPageTraps::aReportIsThereBeforeALaterAnswer()
+{
+    QFETCH(int, words);
+    QFETCH(int, count);
+    for (int i = 0; i < count; ++i) {
+        const QString begin = QString::number(i) + u'x';
+        QVERIFY(m_left->js(u"bodyEl.lastChild.textContent = '%1' + 'words '.repeat(%2); flushNow(); true"_s.arg(begin).arg(words)).toBool());
+        QVERIFY(!m_left->changes.empty());
+        QVERIFY(m_left->changes.back().html.startsWith(u"<h1>A</h1><p>"_s + begin));
+    }
 }
 
 void TestPageTraps::whatIsKnownIsNotToldAgain()

@@ -23,6 +23,7 @@ function setContent(html) {
   hover(null, false);
   fill(titleEl, title);
   fill(bodyEl, body);
+  setLongWords([titleEl, bodyEl].some(holdsLongWord));
   sanitizeCurrentBody();
   normalizeChecklists();
   forgetHistory();

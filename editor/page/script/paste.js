@@ -10,6 +10,7 @@ function handlePaste(event) {
 function takeOver(event, data, region) {
   const html = data.getData('text/html');
   const plain = data.getData('text/plain');
+  if (hasLongWord(plain || html)) setLongWords(true);
   if (region === titleEl) {
     event.preventDefault();
     const text = (plain || html.replace(/<[^>]*>/g, '')).replace(/\n/g, ' ').trim();

@@ -2,7 +2,10 @@
 
 let isPlainTyping = false; // the edit under way adds a letter at the caret: nothing to tidy after it
 
-const observer = new MutationObserver(notifyDebounced);
+const observer = new MutationObserver(records => {
+  heedLongWordsOf(records);
+  notifyDebounced();
+});
 
 function attachRegions() {
   for (const region of [titleEl, bodyEl]) {
