@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QQmlEngine>
+#include <QRandomGenerator>
 #include <QQuickItem>
 #include <QTemporaryDir>
 #include <QTest>
@@ -109,8 +110,19 @@ bool PageFixture::prepare()
     return true;
 }
 
+namespace {
+/// As a busy machine does between two steps of a test: up to PLIM_TEST_DELAY milliseconds.
+void loseTime()
+{
+    static const int longest = qEnvironmentVariableIntValue("PLIM_TEST_DELAY");
+    if (longest > 0 && QRandomGenerator::global()->bounded(2) == 0)
+        QTest::qWait(QRandomGenerator::global()->bounded(longest));
+}
+} // namespace
+
 QVariant PageFixture::js(const QString &script)
 {
+    loseTime();
     struct Answer {
         bool isThere = false;
         QVariant value;
