@@ -128,13 +128,12 @@ void TestLargeNotes::whatWasJustTypedIsThereAfterTheEnd()
     PlimRun plim(home);
     QVERIFY(plim.open());
     plim.click({220, 120});
-    QVERIFY(QTest::qWaitFor(
-        [&] { return plim.said().contains(u"shown \"%1"_s.arg(storedID(0).left(8))); }, pageTime));
+    QVERIFY(plim.waitUntilSaid(u"shown \"%1"_s.arg(storedID(0).left(8))));
     plim.click({700, 300});
     plim.type(typedWords);
     QTest::qWait(500); // the keys are on their way, what they wrote is not
     plim.sendSignal(SIGTERM);
-    QVERIFY(QTest::qWaitFor([&] { return !plim.isRunning(); }, pageTime));
+    QVERIFY(QTest::qWaitFor([&] { return !plim.isRunning(); }, XTools::patience));
     QCOMPARE(plim.exitCode(), 0);
     QVERIFY(plim.bodyOnDisk().contains(typedWords));
 }
