@@ -23,6 +23,6 @@ EditorFlush::Debt EditorFlush::owe(qsizetype size)
 std::chrono::milliseconds EditorFlush::patience() const
 {
     constexpr std::chrono::milliseconds usual{2000};
-    constexpr qsizetype charactersInMillisecond = 2000; // on a slow machine
+    constexpr qsizetype charactersInMillisecond = 500; // on a slow machine that has more to do
     return usual + std::chrono::milliseconds(m_largest / charactersInMillisecond);
 }

@@ -22,7 +22,7 @@ public:
     [[nodiscard]] Debt owe(qsizetype size = 0);
     [[nodiscard]] bool isSettled() const { return m_owed == 0; }
     /// How long it is worth to wait for what is owed, from when it was asked for. A page that holds
-    /// a book needs seconds to hand it over.
+    /// a book needs seconds to hand it over, and many more beside other busy programs.
     [[nodiscard]] std::chrono::milliseconds patience() const;
 
 Q_SIGNALS:

@@ -142,12 +142,12 @@ private Q_SLOTS:
         constexpr qsizetype twoMegabytes = 2'000'000;
         {
             const AppDelegate delegate;
-            const SlowEditors editors({2500}, twoMegabytes);
-            QVERIFY(runUntilQuit() >= 2500);
+            const SlowEditors editors({5500}, twoMegabytes);
+            QVERIFY(runUntilQuit() >= 5500);
         }
         const AppDelegate delegate;
         const SlowEditors editors({-1}, twoMegabytes);
-        QVERIFY(runUntilQuit() >= 2999); // and no more than that
+        QVERIFY(runUntilQuit() >= 5999); // and no more than that
     }
 
     void debtsMayComeWhileWaiting()
