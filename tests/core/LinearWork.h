@@ -8,9 +8,6 @@
 #include <array>
 #include <cmath>
 #include <functional>
-#include <limits>
-
-#include <malloc.h>
 
 constexpr qsizetype megabyte = 1 << 20;
 
@@ -36,20 +33,6 @@ inline double exponentOf(const Durations &durations)
         variance += (double(i) - middle) * (double(i) - middle);
     }
     return covariance / variance;
-}
-
-/// Memory that the system gives for the first time has to be cleared, page by page, and large
-/// blocks come from it each time: what they cost has nothing to do with the work. Kept, they are
-/// given once.
-inline void keepFreedMemory()
-{
-#ifdef __GLIBC__
-    static constexpr int never = 0;
-    // NOLINTBEGIN(concurrency-mt-unsafe): nobody else sets it
-    ::mallopt(M_MMAP_MAX, never);
-    ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-    // NOLINTEND(concurrency-mt-unsafe)
-#endif
 }
 
 /// The power that is allowed, half way to a quadratic one. What no longer fits into the caches may
