@@ -1,6 +1,14 @@
 #include "pages/engine/HiddenWebPage.h"
 
+#include <QWebEngineLoadingInfo>
 #include <QWebEngineSettings>
+
+bool UnmovedWebPage::acceptNavigationRequest(const QUrl &url, NavigationType /*type*/,
+                                             bool isMainFrame)
+{
+    // One that is only blocked on its way may take the document with it while that is printed.
+    return isMainFrame && url == m_document;
+}
 
 HiddenWebPage::HiddenWebPage(const PageFolders &folders)
     : m_filter(folders.fonts, folders.images), m_page(&m_profile)
@@ -12,10 +20,14 @@ HiddenWebPage::HiddenWebPage(const PageFolders &folders)
     settings->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, false);
     settings->setAttribute(QWebEngineSettings::AutoLoadIconsForPage, false);
     settings->setAttribute(QWebEngineSettings::PrintElementBackgrounds, true);
-    QObject::connect(&m_page, &QWebEnginePage::loadFinished, &m_page, [this](bool isLoaded) {
-        if (const auto tell = onLoaded) // which may put another in its place
-            tell(isLoaded);
-    });
+    QObject::connect(
+        &m_page, &QWebEnginePage::loadingChanged, &m_page, [this](const QWebEngineLoadingInfo &info) {
+            if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus ||
+                info.url() != m_page.document())
+                return; // where the document would have gone has failed
+            if (const auto tell = onLoaded) // which may put another in its place
+                tell(info.status() == QWebEngineLoadingInfo::LoadSucceededStatus);
+        });
     QObject::connect(&m_page, &QWebEnginePage::renderProcessTerminated, &m_page, [this] {
         if (const auto tell = onProcessEnded)
             tell();
@@ -25,7 +37,7 @@ HiddenWebPage::HiddenWebPage(const PageFolders &folders)
 void HiddenWebPage::load(const QUrl &document)
 {
     m_filter.setDocument(document);
-    m_page.load(document);
+    m_page.show(document);
 }
 
 void HiddenWebPage::print(const std::function<void(const QByteArray &pdf)> &answer,

@@ -7,6 +7,26 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 
+/// A page that stays where it is put: what it holds sends it nowhere, and loads no page within it.
+class UnmovedWebPage : public QWebEnginePage
+{
+public:
+    using QWebEnginePage::QWebEnginePage;
+
+    void show(const QUrl &document)
+    {
+        m_document = document;
+        load(document);
+    }
+    [[nodiscard]] const QUrl &document() const { return m_document; }
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+
+private:
+    QUrl m_document;
+};
+
 /// With a profile of its own, of which nothing is kept.
 class HiddenWebPage : public HiddenPage
 {
@@ -21,5 +41,5 @@ public:
 private:
     PrintRequestFilter m_filter;
     QWebEngineProfile m_profile;
-    QWebEnginePage m_page; ///< goes before its profile
+    UnmovedWebPage m_page; ///< goes before its profile
 };
