@@ -7,11 +7,11 @@ bool UnmovedWebPage::acceptNavigationRequest(const QUrl &url, NavigationType /*t
                                              bool isMainFrame)
 {
     // One that is only blocked on its way may take the document with it while that is printed.
-    return isMainFrame && url == m_document;
+    return isMainFrame && url == m_filter.document();
 }
 
 HiddenWebPage::HiddenWebPage(const PageFolders &folders)
-    : m_filter(folders.fonts, folders.images), m_page(&m_profile)
+    : m_filter(folders.fonts, folders.images), m_page(&m_profile, m_filter)
 {
     m_profile.setUrlRequestInterceptor(&m_filter);
     QWebEngineSettings *settings = m_profile.settings();
@@ -23,7 +23,7 @@ HiddenWebPage::HiddenWebPage(const PageFolders &folders)
     QObject::connect(
         &m_page, &QWebEnginePage::loadingChanged, &m_page, [this](const QWebEngineLoadingInfo &info) {
             if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus ||
-                info.url() != m_page.document())
+                info.url() != m_filter.document())
                 return; // where the document would have gone has failed
             if (const auto tell = onLoaded) // which may put another in its place
                 tell(info.status() == QWebEngineLoadingInfo::LoadSucceededStatus);
@@ -37,7 +37,7 @@ HiddenWebPage::HiddenWebPage(const PageFolders &folders)
 void HiddenWebPage::load(const QUrl &document)
 {
     m_filter.setDocument(document);
-    m_page.show(document);
+    m_page.load(document);
 }
 
 void HiddenWebPage::print(const std::function<void(const QByteArray &pdf)> &answer,

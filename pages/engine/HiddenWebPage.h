@@ -7,24 +7,22 @@
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 
-/// A page that stays where it is put: what it holds sends it nowhere, and loads no page within it.
+/// A page that stays where it is put: what its document holds sends it nowhere, and loads no page
+/// within it.
 class UnmovedWebPage : public QWebEnginePage
 {
 public:
-    using QWebEnginePage::QWebEnginePage;
-
-    void show(const QUrl &document)
+    /// The filter, which lives longer, knows the document.
+    UnmovedWebPage(QWebEngineProfile *profile, const PrintRequestFilter &filter)
+        : QWebEnginePage(profile), m_filter(filter)
     {
-        m_document = document;
-        load(document);
     }
-    [[nodiscard]] const QUrl &document() const { return m_document; }
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
 
 private:
-    QUrl m_document;
+    const PrintRequestFilter &m_filter;
 };
 
 /// With a profile of its own, of which nothing is kept.

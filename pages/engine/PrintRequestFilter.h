@@ -12,6 +12,7 @@ public:
     using PageRequestFilter::PageRequestFilter;
 
     void setDocument(const QUrl &document) { m_document = document; }
+    [[nodiscard]] const QUrl &document() const { return m_document; }
     void interceptRequest(QWebEngineUrlRequestInfo &info) override;
 
 private:
